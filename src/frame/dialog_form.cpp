@@ -1,0 +1,66 @@
+#include "frame/dialog_form.h"
+
+namespace genutil {
+
+DialogForm::DialogForm(
+    Component& component, std::string name, std::string shortName, std::string text, WindowChrome chrome)
+    : Form(component.desktop(), std::move(name), std::move(text), chrome), component_(component),
+      shortName_(std::move(shortName)) {
+    on(activate, "Form_Activate", [this] {
+        instantHelpActive_ = MenuIhelp;
+        if (instantHelpActive_ && instantHelp_)
+            instantHelp_->ShowFormHelp(*this);
+    });
+    on(deactivate, "Form_Deactivate", [this] { instantHelpActive_ = false; });
+    on(mouseMove, "Form_MouseMove", [this] {
+        if (instantHelpActive_ && instantHelp_)
+            instantHelp_->ShowFormHelp(*this);
+    });
+}
+
+std::string DialogForm::qualifiedName(std::string_view procedureName, std::string_view kind) const {
+    return ("(Form) " + shortName_ + "::").append(kind).append(" ").append(procedureName);
+}
+
+void DialogForm::setUpKeysAndHelp(const HelpTopics& topics, const std::string& helpSource) {
+    keyPreview = true;
+    helpContextId = topics.context;
+    instantHelp_ = component_.objects().createInstantHelp();
+    instantHelp_->SetupHelp(
+        *this, topics.first, topics.last, topics.firstShared, topics.lastShared, helpSource);
+    unloaded.connect([this] { instantHelp_.reset(); });
+}
+
+void DialogForm::followMouse(std::initializer_list<Control*> controls) {
+    for (Control* control : controls)
+        on(control->mouseMove, control->name() + "_MouseMove", [this, control] {
+            if (instantHelpActive_ && instantHelp_)
+                instantHelp_->ShowControlHelp(*this, *control);
+        });
+}
+
+void DialogForm::openHelpOnF1(std::function<std::string()> programFolder) {
+    on(keyDown, "Form_KeyDown", [this, folder = std::move(programFolder)](KeyEvent& event) {
+        if (event.code != key::F1)
+            return;
+        // Consumed before the help is tried, so that a failing help file does not let the key through.
+        event.code = 0;
+        component_.genProcs().ShowHelpFile(*this, folder());
+    });
+}
+
+void DialogForm::moveOnEnter() {
+    on(keyPress, "Form_KeyPress", [this](KeyEvent& event) {
+        if (event.code != key::Enter)
+            return;
+        event.code = 0;
+        component_.genProcs().NextControl(*this);
+    });
+}
+
+void DialogForm::showAsSetUp() {
+    component_.desktop().setPointer(Pointer::Default);
+    show(modal == 1);
+}
+
+} // namespace genutil

@@ -1,0 +1,251 @@
+#include "hostif/controls.h"
+
+#include "hostif/error.h"
+#include "hostif/form.h"
+
+#include <array>
+
+namespace genutil {
+namespace {
+
+template<class C, auto Member>
+Value readOf(Control& control) {
+    return Value((static_cast<C&>(control).*Member).get());
+}
+
+template<class C, auto Member, class T>
+void writeOf(Control& control, const Value& value) {
+    static_cast<C&>(control).*Member = value.to<T>();
+}
+
+template<class C>
+constexpr ScriptMember captionMember{"Caption", readOf<C, &C::caption>, writeOf<C, &C::caption, std::string>};
+
+std::vector<std::string> split(const std::string& text, char separator) {
+    std::vector<std::string> pieces;
+    for (std::size_t start = 0;;) {
+        const auto end = text.find(separator, start);
+        pieces.push_back(text.substr(start, end - start));
+        if (end == std::string::npos)
+            return pieces;
+        start = end + 1;
+    }
+}
+
+} // namespace
+
+Label::Label(Form& owner, std::string name, std::string text, Sizing sizing)
+    : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)), sizing_(sizing) {
+    notify(Aspect::Caption);
+}
+
+void Label::notify(Aspect aspect) {
+    if (sizing_ == Sizing::Auto && (aspect == Aspect::Caption || aspect == Aspect::Font))
+        width = form().desktop().textWidth(font, caption);
+    Control::notify(aspect);
+}
+
+std::span<const ScriptMember> Label::ownMembers() const {
+    static constexpr std::array members{captionMember<Label>};
+    return members;
+}
+
+Panel::Panel(Form& owner, std::string name, std::string text)
+    : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)) {}
+
+Button::Button(Form& owner, std::string name, std::string text)
+    : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)) {}
+
+void Button::userPress() {
+    if (enabled)
+        click();
+}
+
+std::span<const ScriptMember> Button::ownMembers() const {
+    static constexpr std::array members{captionMember<Button>};
+    return members;
+}
+
+MenuItem::MenuItem(Form& owner, std::string name, std::string text, MenuItem* parent, std::string shortcut)
+    : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)), parent_(parent),
+      shortcut_(std::move(shortcut)) {}
+
+void MenuItem::userChoose() {
+    if (enabled && visible)
+        click();
+}
+
+TextBox::TextBox(Form& owner, std::string name, std::string initial)
+    : Control(owner, std::move(name)), text(*this, Aspect::Text, std::move(initial)) {}
+
+void TextBox::userEdit(std::string newText) {
+    if (enabled && !locked)
+        text = std::move(newText);
+}
+
+void TextBox::selectAll() {
+    selectionStart = 0;
+    selectionLength = text.get().size();
+    changed(Aspect::Value);
+}
+
+void TextBox::notify(Aspect aspect) {
+    Control::notify(aspect);
+    if (aspect == Aspect::Text)
+        change();
+}
+
+std::span<const ScriptMember> TextBox::ownMembers() const {
+    static constexpr std::array members{
+        ScriptMember{"Text", readOf<TextBox, &TextBox::text>, writeOf<TextBox, &TextBox::text, std::string>},
+        ScriptMember{"Locked", readOf<TextBox, &TextBox::locked>, writeOf<TextBox, &TextBox::locked, bool>},
+    };
+    return members;
+}
+
+CheckBox::CheckBox(Form& owner, std::string name, std::string text)
+    : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)) {}
+
+void CheckBox::userToggle() {
+    if (enabled)
+        ticked = !ticked;
+}
+
+void CheckBox::notify(Aspect aspect) {
+    Control::notify(aspect);
+    if (aspect == Aspect::Value)
+        click();
+}
+
+std::span<const ScriptMember> CheckBox::ownMembers() const {
+    static constexpr std::array members{
+        captionMember<CheckBox>,
+        ScriptMember{"Value", readOf<CheckBox, &CheckBox::ticked>, writeOf<CheckBox, &CheckBox::ticked, bool>},
+    };
+    return members;
+}
+
+OptionButton::OptionButton(Form& owner, std::string name, std::string text)
+    : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)) {}
+
+void OptionButton::userSelect() {
+    if (enabled)
+        selected = true;
+}
+
+void OptionButton::notify(Aspect aspect) {
+    Control::notify(aspect);
+    if (aspect == Aspect::Value && selected)
+        click();
+}
+
+ComboBox::ComboBox(Form& owner, std::string name) : Control(owner, std::move(name)) {}
+
+std::optional<ListItem> ComboBox::selectedItem() const {
+    if (listIndex < 0 || std::size_t(listIndex) >= items.get().size())
+        return std::nullopt;
+    return items.get()[std::size_t(listIndex)];
+}
+
+void ComboBox::userSelect(std::int16_t position) {
+    if (enabled)
+        listIndex = position;
+}
+
+void ComboBox::notify(Aspect aspect) {
+    Control::notify(aspect);
+    if (aspect == Aspect::Value)
+        click();
+}
+
+std::span<const ScriptMember> ComboBox::ownMembers() const {
+    static constexpr std::array members{
+        ScriptMember{"ListIndex", readOf<ComboBox, &ComboBox::listIndex>,
+            writeOf<ComboBox, &ComboBox::listIndex, std::int16_t>},
+    };
+    return members;
+}
+
+FloodGauge::FloodGauge(Form& owner, std::string name) : Control(owner, std::move(name)) {}
+
+std::span<const ScriptMember> FloodGauge::ownMembers() const {
+    static constexpr std::array members{
+        ScriptMember{"FloodPercent", readOf<FloodGauge, &FloodGauge::floodPercent>,
+            writeOf<FloodGauge, &FloodGauge::floodPercent, std::int16_t>},
+    };
+    return members;
+}
+
+ReportText::ReportText(Form& owner, std::string name)
+    : Control(owner, std::move(name)), document_(std::make_shared<text::TextDocument>()) {}
+
+void ReportText::setDocument(std::shared_ptr<const text::TextDocument> document) {
+    document_ = std::move(document);
+    notify(Aspect::Text);
+    change();
+}
+
+void ReportText::clear() { setDocument(std::make_shared<text::TextDocument>()); }
+
+std::span<const ScriptMember> ReportText::ownMembers() const {
+    static constexpr std::array members{
+        ScriptMember{"Text",
+            [](Control& c) {
+                const text::TextDocument& document = *static_cast<ReportText&>(c).document();
+                std::string whole;
+                for (std::size_t i = 0; i < document.lineCount(); ++i)
+                    whole.append(i ? "\r\n" : "").append(document.line(i));
+                return Value(whole);
+            },
+            [](Control& c, const Value& v) {
+                static_cast<ReportText&>(c).setDocument(
+                    std::make_shared<text::TextDocument>(text::TextDocument::fromBytes(v.toText())));
+            }},
+        ScriptMember{
+            "Locked", readOf<ReportText, &ReportText::locked>, writeOf<ReportText, &ReportText::locked, bool>},
+    };
+    return members;
+}
+
+Tabs::Tabs(Form& owner, std::string name, std::vector<std::string> tabTitles)
+    : Control(owner, std::move(name)), titles(std::move(tabTitles)) {}
+
+WebView::WebView(Form& owner, std::string name) : Control(owner, std::move(name)) {}
+
+Grid::Grid(Form& owner, std::string name) : Control(owner, std::move(name)) {}
+
+void Grid::setFormat(const std::string& format) {
+    format_ = format;
+    const auto titles = split(format, '|');
+    columns_.resize(titles.size());
+    for (std::size_t i = 0; i < titles.size(); ++i) {
+        const char lead = titles[i].empty() ? '\0' : titles[i][0];
+        const bool aligned = lead == '<' || lead == '^' || lead == '>';
+        columns_[i].title = aligned ? titles[i].substr(1) : titles[i];
+        columns_[i].alignment = lead == '^' ? Alignment::Centre : lead == '>' ? Alignment::Right : Alignment::Left;
+    }
+    notify(Aspect::Items);
+}
+
+void Grid::clearRows() {
+    rows_.clear();
+    notify(Aspect::Items);
+}
+
+void Grid::addRow(const std::string& tabSeparated) {
+    rows_.push_back(split(tabSeparated, '\t'));
+    notify(Aspect::Items);
+}
+
+std::string Grid::text(std::int32_t wantedRow, std::int32_t wantedColumn) const {
+    if (wantedRow < 0 || wantedRow >= rowCount())
+        throw Error(errors::OutOfRange, "Grid row " + std::to_string(wantedRow) + " is not between 0 and " +
+                                            std::to_string(rowCount() - 1));
+    const auto index = std::size_t(wantedColumn);
+    if (wantedRow == 0)
+        return wantedColumn >= 0 && index < columns_.size() ? columns_[index].title : std::string();
+    const auto& cells = rows_[std::size_t(wantedRow) - 1];
+    return wantedColumn >= 0 && index < cells.size() ? cells[index] : std::string();
+}
+
+} // namespace genutil

@@ -1,0 +1,234 @@
+#pragma once
+
+#include "hostif/control.h"
+#include "text/text_document.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+// The models of the kinds of control that the dialogs use. Assigning a property by code and the user's act run the
+// same handlers, as the rules of the dialogs expect.
+namespace genutil {
+
+// Text that the user cannot change. An auto-sized label is always as wide as its caption.
+class Label : public Control {
+public:
+    enum class Sizing { Fixed, Auto };
+
+    Label(Form& form, std::string name, std::string text, Sizing sizing = Sizing::Fixed);
+
+    Observed<std::string> caption;
+
+    void notify(Aspect aspect) override;
+    Sizing sizing() const { return sizing_; }
+
+protected:
+    std::span<const ScriptMember> ownMembers() const override;
+
+private:
+    Sizing sizing_;
+};
+
+class Panel : public Control {
+public:
+    Panel(Form& form, std::string name, std::string text = {});
+    Observed<std::string> caption;
+};
+
+class Button : public Control {
+public:
+    Button(Form& form, std::string name, std::string text);
+
+    Observed<std::string> caption;
+    Observed<bool> isDefault{*this, Aspect::Value, false}; // pressed by Enter
+    bool isCancel = false;                                 // pressed by Escape
+    Event<> click;
+
+    // Does nothing while disabled.
+    void userPress();
+
+protected:
+    std::span<const ScriptMember> ownMembers() const override;
+};
+
+// An entry of a menu bar or of a pop-up menu. "-" is a separator; a menu is an item that others name as parent.
+class MenuItem : public Control {
+public:
+    MenuItem(Form& form, std::string name, std::string text, MenuItem* parent = nullptr, std::string shortcut = {});
+
+    Observed<std::string> caption;
+    Observed<bool> checked{*this, Aspect::Value, false};
+    Event<> click;
+
+    MenuItem* parent() const { return parent_; }
+    const std::string& shortcut() const { return shortcut_; }
+    bool isSeparator() const { return caption.get() == "-"; }
+    // Does nothing while disabled or hidden.
+    void userChoose();
+
+private:
+    MenuItem* parent_;
+    std::string shortcut_;
+};
+
+class TextBox : public Control {
+public:
+    TextBox(Form& form, std::string name, std::string initial = {});
+
+    Observed<std::string> text;
+    Observed<bool> locked{*this, Aspect::Locked, false};
+    std::size_t selectionStart = 0;  // in UTF-8 units
+    std::size_t selectionLength = 0;
+    Event<> change;
+
+    // The user's typing. Does nothing while disabled or locked.
+    void userEdit(std::string newText);
+    void selectAll();
+    void notify(Aspect aspect) override;
+
+protected:
+    std::span<const ScriptMember> ownMembers() const override;
+};
+
+class CheckBox : public Control {
+public:
+    CheckBox(Form& form, std::string name, std::string text);
+
+    Observed<std::string> caption;
+    Observed<bool> ticked{*this, Aspect::Value, false};
+    Event<> click; // after every change of `ticked`, whoever made it
+
+    void userToggle();
+    void notify(Aspect aspect) override;
+
+protected:
+    std::span<const ScriptMember> ownMembers() const override;
+};
+
+// One option of a group; the form keeps the group's rule.
+class OptionButton : public Control {
+public:
+    OptionButton(Form& form, std::string name, std::string text);
+
+    Observed<std::string> caption;
+    Observed<bool> selected{*this, Aspect::Value, false};
+    Event<> click; // after it has become selected
+
+    void userSelect();
+    void notify(Aspect aspect) override;
+};
+
+struct ListItem {
+    std::string text;
+    std::int32_t code = 0;
+
+    friend bool operator==(const ListItem&, const ListItem&) = default;
+};
+
+// A drop-down list. Position -1 means that nothing is selected.
+class ComboBox : public Control {
+public:
+    ComboBox(Form& form, std::string name);
+
+    Observed<std::vector<ListItem>> items{*this, Aspect::Items, {}};
+    Observed<std::int16_t> listIndex{*this, Aspect::Value, -1};
+    Event<> click; // after every change of the position
+
+    // The selected item; none while the position is -1.
+    std::optional<ListItem> selectedItem() const;
+    void userSelect(std::int16_t position);
+    void notify(Aspect aspect) override;
+
+protected:
+    std::span<const ScriptMember> ownMembers() const override;
+};
+
+// A bar filled to a percentage, 0 to 100.
+class FloodGauge : public Control {
+public:
+    FloodGauge(Form& form, std::string name);
+    Observed<std::int16_t> floodPercent{*this, Aspect::Value, 0};
+
+protected:
+    std::span<const ScriptMember> ownMembers() const override;
+};
+
+// The text of a report, shown by the plain-text view.
+class ReportText : public Control {
+public:
+    ReportText(Form& form, std::string name);
+
+    Observed<bool> locked{*this, Aspect::Locked, true};
+    Observed<bool> wrapsLines{*this, Aspect::Font, false};
+    Event<> change; // another text, or an edit of it
+
+    // Never null.
+    const std::shared_ptr<const text::TextDocument>& document() const { return document_; }
+    void setDocument(std::shared_ptr<const text::TextDocument> document);
+    void clear();
+
+    // Keys that the form passes on to the view while another control has the focus; codes of namespace key.
+    Event<int> sentKey;
+
+protected:
+    std::span<const ScriptMember> ownMembers() const override;
+
+private:
+    std::shared_ptr<const text::TextDocument> document_;
+};
+
+// A row of tabs; which controls belong to a tab is the view's business.
+class Tabs : public Control {
+public:
+    Tabs(Form& form, std::string name, std::vector<std::string> titles);
+    const std::vector<std::string> titles;
+    Observed<std::int16_t> current{*this, Aspect::Value, 0};
+};
+
+// An embedded web page.
+class WebView : public Control {
+public:
+    WebView(Form& form, std::string name);
+    Observed<std::string> address{*this, Aspect::Value, {}};
+    Event<> navigateComplete;
+};
+
+enum class Alignment { Left, Centre, Right };
+
+// A grid of texts. Row 0 is the header; rows and columns are counted from 0.
+class Grid : public Control {
+public:
+    Grid(Form& form, std::string name);
+
+    struct Column {
+        std::string title;
+        Alignment alignment = Alignment::Left;
+        double width = 960; // twips
+    };
+
+    // Titles joined by "|", each led by its alignment: "<" left, "^" centred, ">" right.
+    void setFormat(const std::string& format);
+    const std::string& format() const { return format_; }
+    std::vector<Column>& columns() { return columns_; }
+
+    std::int32_t rowCount() const { return std::int32_t(rows_.size()) + 1; }
+    void clearRows();
+    // Adds a row of tab-separated texts.
+    void addRow(const std::string& tabSeparated);
+    // The text of a cell, the header included; "" for a column that the row does not have. OutOfRange for a row that
+    // the grid does not have.
+    std::string text(std::int32_t row, std::int32_t column) const;
+
+    Observed<std::int32_t> row{*this, Aspect::Value, 0};
+    Observed<std::int32_t> column{*this, Aspect::Value, 0};
+
+private:
+    std::string format_;
+    std::vector<Column> columns_;
+    std::vector<std::vector<std::string>> rows_;
+};
+
+} // namespace genutil

@@ -1,0 +1,119 @@
+#pragma once
+
+#include "hostif/control.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace genutil {
+
+enum class Pointer { Default, Hourglass };
+
+enum class Icon { None, Information, Question, Exclamation, Critical };
+
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+
+enum class Answer { Ok, Cancel, Yes, No };
+
+// The title of every message box of the component.
+inline constexpr const char* messageTitle = "Kestal utilities";
+
+struct Message {
+    std::string text;
+    Icon icon = Icon::None;
+    Buttons buttons = Buttons::Ok;
+    Answer defaultAnswer = Answer::Ok;
+    std::string title = messageTitle;
+};
+
+// The screen in twips; pixels are the device-independent ones that windows are laid out in.
+struct Screen {
+    double width = 0;
+    double height = 0;
+    double twipsPerPixel = 15;
+};
+
+// An Open or Save dialog. The filter is "description|patterns|" pieces one after another.
+struct FileDialog {
+    std::string title;
+    std::string filter;
+    int filterIndex = 1;
+    std::int32_t flags = 0;
+    std::string folder;
+    std::string fileName; // proposed, then chosen
+};
+
+namespace dialogflags {
+inline constexpr std::int32_t OverwritePrompt = 2;
+inline constexpr std::int32_t HideReadOnly = 4;
+inline constexpr std::int32_t KeepFolder = 8;
+} // namespace dialogflags
+
+class Clipboard {
+public:
+    virtual ~Clipboard() = default;
+    virtual void clear() = 0;
+    virtual void setText(const std::string& text) = 0;
+    virtual std::string text() = 0;
+};
+
+// The user's desktop: everything that puts something on the screen or asks the user. Called on the user-interface
+// thread only.
+class Desktop {
+public:
+    virtual ~Desktop() = default;
+
+    virtual Screen screen() = 0;
+    virtual Pointer pointer() = 0;
+    virtual void setPointer(Pointer pointer) = 0;
+
+    // The width of one line of text in twips.
+    virtual double textWidth(const Font& font, const std::string& text) = 0;
+    // Whether every character of the font is equally wide.
+    virtual bool isFixedPitch(const Font& font) = 0;
+
+    // Shows the form. Modal: returns when the form has been hidden or has closed. Modeless: returns at once; the
+    // desktop keeps the form alive until it closes.
+    virtual void show(const std::shared_ptr<Form>& form, bool modal) = 0;
+    virtual void hide(Form& form) = 0;
+    // The form has unloaded: takes its window away.
+    virtual void close(Form& form) = 0;
+    virtual void bringToFront(Form& form) = 0;
+    // Paints the control now, without waiting for pending events. A desktop may leave out a painting that the eye
+    // could not see because the control was painted less than one screen refresh ago.
+    virtual void repaint(Control& control) = 0;
+    virtual void doEvents() = 0;
+
+    virtual Answer ask(const Message& message) = 0;
+    // False when the user cancelled; the dialog is then as it was.
+    virtual bool showOpen(Form& owner, FileDialog& dialog) = 0;
+    virtual bool showSave(Form& owner, FileDialog& dialog) = 0;
+    virtual Clipboard& clipboard() = 0;
+};
+
+// Sets a pointer for a scope and puts the earlier one back.
+class PointerScope {
+public:
+    PointerScope(Desktop& desktop, Pointer pointer) : desktop_(desktop), earlier_(desktop.pointer()) {
+        desktop_.setPointer(pointer);
+    }
+    ~PointerScope() { desktop_.setPointer(earlier_); }
+    PointerScope(const PointerScope&) = delete;
+    PointerScope& operator=(const PointerScope&) = delete;
+
+private:
+    Desktop& desktop_;
+    Pointer earlier_;
+};
+
+// Files, where the standard library alone does not serve.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+    // Overwrites, truncates and removes a regular file. Refuses anything else, symbolic links included. Throws Error
+    // with the reason; the file is then as much of its old self as the failed step left.
+    virtual void wipeFile(const std::string& path) = 0;
+};
+
+} // namespace genutil

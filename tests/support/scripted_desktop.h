@@ -1,0 +1,118 @@
+#pragma once
+
+#include "hostif/desktop.h"
+#include "hostif/error.h"
+#include "hostif/form.h"
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace genutil::fake {
+
+// A desktop without a screen that plays the user. Modal forms are handed to the next act of the script; message boxes
+// and file dialogs are answered from queues; everything that a user would notice is kept. A character is 100 twips
+// wide in any font of 8.25 points, and the screen is 1024 by 768 pixels of 15 twips.
+class ScriptedDesktop : public Desktop {
+public:
+    Screen theScreen{.width = 15360, .height = 11520, .twipsPerPixel = 15};
+    bool fixedPitch = true;
+
+    // What the user does while a modal form is open, one act for each form shown. A form that its act leaves open is
+    // closed by its close box; without an act it is closed at once.
+    std::deque<std::function<void(Form&)>> acts;
+    std::deque<Answer> answers;            // without one left, the default answer
+    std::deque<std::string> chosenFiles;   // "" cancels; without one left, every file dialog is cancelled
+    std::function<void()> onEvents;        // runs within doEvents
+
+    std::vector<Message> messages;
+    std::vector<FileDialog> dialogs;
+    std::vector<std::shared_ptr<Form>> openForms; // shown and not closed, the front one last
+    int eventRounds = 0;
+    int repaints = 0;
+    bool showFails = false;
+
+    Screen screen() override { return theScreen; }
+    Pointer pointer() override { return pointer_; }
+    void setPointer(Pointer pointer) override { pointer_ = pointer; }
+
+    double textWidth(const Font& font, const std::string& text) override {
+        return double(text.size()) * 100 * font.size / 8.25;
+    }
+    bool isFixedPitch(const Font&) override { return fixedPitch; }
+
+    void show(const std::shared_ptr<Form>& form, bool modal) override {
+        if (showFails)
+            throw Error(errors::InternalError, "no screen");
+        openForms.push_back(form);
+        form->setShown(true);
+        form->userActivate(true);
+        if (!modal)
+            return;
+        if (!acts.empty()) {
+            const auto act = std::move(acts.front());
+            acts.pop_front();
+            act(*form);
+        }
+        if (form->isLoaded() && form->isShown())
+            form->unload(UnloadReason::CloseBox);
+    }
+    void hide(Form& form) override {
+        form.userActivate(false);
+        form.setShown(false);
+    }
+    void close(Form& form) override {
+        std::erase_if(openForms, [&](const auto& open) { return open.get() == &form; });
+    }
+    void bringToFront(Form& form) override {
+        const auto found = std::ranges::find_if(openForms, [&](const auto& open) { return open.get() == &form; });
+        if (found != openForms.end())
+            std::rotate(found, found + 1, openForms.end());
+    }
+    void repaint(Control&) override { ++repaints; }
+    void doEvents() override {
+        ++eventRounds;
+        if (onEvents)
+            onEvents();
+    }
+
+    Answer ask(const Message& message) override {
+        messages.push_back(message);
+        if (answers.empty())
+            return message.defaultAnswer;
+        const Answer answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+    bool showOpen(Form&, FileDialog& dialog) override { return choose(dialog); }
+    bool showSave(Form&, FileDialog& dialog) override { return choose(dialog); }
+    Clipboard& clipboard() override { return clipboard_; }
+
+private:
+    struct TextClipboard : Clipboard {
+        std::string held;
+        void clear() override { held.clear(); }
+        void setText(const std::string& text) override { held = text; }
+        std::string text() override { return held; }
+    };
+
+    bool choose(FileDialog& dialog) {
+        dialogs.push_back(dialog);
+        if (chosenFiles.empty())
+            return false;
+        const std::string file = std::move(chosenFiles.front());
+        chosenFiles.pop_front();
+        if (file.empty())
+            return false;
+        dialog.fileName = file;
+        return true;
+    }
+
+    Pointer pointer_ = Pointer::Default;
+    TextClipboard clipboard_;
+};
+
+} // namespace genutil::fake
