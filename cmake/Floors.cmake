@@ -18,11 +18,22 @@ function(genutil_floor folder)
     set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
-# genutil_test(<name> SOURCES <files> LINKS <targets>): a GoogleTest program, one ctest entry per test case.
+# genutil_test(<name> SOURCES <files> LINKS <targets> [OWN_MAIN] [ENVIRONMENT <variables>]): a GoogleTest program, one
+# ctest entry per test case.
 function(genutil_test name)
-    cmake_parse_arguments(TEST "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(TEST "OWN_MAIN" "" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${TEST_SOURCES})
-    target_link_libraries(${name} PRIVATE ${TEST_LINKS} GTest::gmock_main genutil_warnings)
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp")
+    if(TEST_OWN_MAIN)
+        set(framework GTest::gmock)
+    else()
+        set(framework GTest::gmock_main)
+    endif()
+    target_link_libraries(${name} PRIVATE ${TEST_LINKS} ${framework} GTest::gtest genutil_warnings)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+    # Set when ctest reads its tests: discovery would take such a list apart.
+    set(environment QT_QPA_PLATFORM=offscreen LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp
+        ${TEST_ENVIRONMENT})
+    set(script ${CMAKE_CURRENT_BINARY_DIR}/${name}_environment.cmake)
+    file(WRITE ${script} "set_tests_properties(\${${name}_TESTS} PROPERTIES ENVIRONMENT \"${environment}\")\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${script})
 endfunction()

@@ -45,8 +45,11 @@ TEST(HostRecord, ReadsWritesClonesAndHandsObjectsOn) {
     auto copy = scripted();
     auto menu = scripted();
     Variant written;
-    prog->withValue("ProgramFolder", "/opt/kestal/").withValue("FileViewState", 2.0).withValue("Nothing", (IDispatch*)nullptr);
-    prog->with("WipeAfterView", [&](const auto& a) { return a.empty() ? Variant(true) : (VariantCopy(&written, a[0]), Variant()); });
+    prog->withValue("ProgramFolder", "/opt/kestal/")
+        .withValue("FileViewState", 2.0)
+        .withValue("Nothing", (IDispatch*)nullptr);
+    prog->with("WipeAfterView",
+        [&](const auto& a) { return a.empty() ? Variant(true) : (VariantCopy(&written, a[0]), Variant()); });
     prog->with("Clone", [&](const auto&) { return Variant(static_cast<IDispatch*>(copy.get())); });
     prog->with("mnuView", [&](const auto&) { return Variant(static_cast<IDispatch*>(menu.get())); });
     IDispatch* received = nullptr;
@@ -64,15 +67,20 @@ TEST(HostRecord, ReadsWritesClonesAndHandsObjectsOn) {
     EXPECT_EQ(objectOf(clone.get()), copy.get());
     clone->CopyFrom(*record);
     EXPECT_EQ(received, prog.get());
-    EXPECT_THAT(prog->log, ElementsAre("ProgramFolder", "FileViewState", "WipeAfterView=", "mnuView", "Nothing", "Clone"));
+    EXPECT_THAT(prog->log,
+        ElementsAre("ProgramFolder", "FileViewState", "WipeAfterView=", "mnuView", "Nothing", "Clone"));
 }
 
 TEST(HostRecord, NamesTheMemberThatFails) {
     auto object = scripted();
     object->with("Clone", [](const auto&) { return Variant(static_cast<IDispatch*>(nullptr)); })
-        .with("Broken", [](const auto&) -> Variant { throw ScriptedError{53, "no file", "job::Property Get Broken"}; })
+        .with("Broken",
+            [](const auto&) -> Variant {
+                throw ScriptedError{53, "no file", "job::Property Get Broken"};
+            })
         .with("Odd", [](const auto&) -> Variant { throw resultCode(0x80010108); })
-        .with("Refusing", [](const auto& a) -> Variant { return a.empty() ? Variant(1) : throw DISP_E_TYPEMISMATCH; })
+        .with("Refusing",
+            [](const auto& a) -> Variant { return a.empty() ? Variant(1) : throw DISP_E_TYPEMISMATCH; })
         .with("Child", [&](const auto&) { return Variant(static_cast<IDispatch*>(object.get())); })
         .withValue("Text", "report");
     const RecordPtr record = recordOf(object.get(), "currentJob");
@@ -87,7 +95,8 @@ TEST(HostRecord, NamesTheMemberThatFails) {
         {"lacks it", [&] { record->read("JobPath"); }, 438, "currentJob has no member 'JobPath'", ""},
         {"object for a value", [&] { record->read("Child"); }, 13, "'Child' of currentJob", ""},
         {"value for an object", [&] { record->child("Text"); }, 13, "'Text' of currentJob", ""},
-        {"refuses the value", [&] { record->write("Refusing", Value("x")); }, 13, "'Refusing' of currentJob", ""},
+        {"refuses the value", [&] { record->write("Refusing", Value("x")); }, 13, "'Refusing' of currentJob",
+            ""},
         {"raises", [&] { record->read("Broken"); }, 53, "no file", "job::Property Get Broken"},
         {"fails otherwise", [&] { record->read("Odd"); }, 440, "'Odd' of currentJob", ""},
         {"Clone gives Nothing", [&] { record->Clone(); }, 91, "'Clone' of currentJob", ""},
@@ -161,11 +170,18 @@ struct ReportForm : Form {
 
 TEST(FormObject, ShowsTheModelByNameAndEndsWithTheForm) {
     fake::ScriptedDesktop desktop;
-    auto form = std::make_shared<ReportForm>(desktop);
+    alignas(ReportForm) std::byte place[sizeof(ReportForm)];
+    const auto make = [&] {
+        return std::shared_ptr<ReportForm>(
+            new (place) ReportForm(desktop), [](ReportForm* f) { f->~ReportForm(); });
+    };
+    auto form = make();
     form->txtName.tabIndex = 0;
     const DispatchClient object(automationObject(*form), "form");
     EXPECT_EQ(automationObject(*form).get(), object.object()) << "one form, one identity";
-    const auto value = [](const DispatchClient& of, const char* name) { return of.valueOf(of.get(name), name); };
+    const auto value = [](const DispatchClient& of, const char* name) {
+        return of.valueOf(of.get(name), name);
+    };
     EXPECT_EQ(value(object, "caption").toText(), "Report");
     object.put("Left", Variant(240));
     EXPECT_EQ(form->left, 240);
@@ -190,8 +206,9 @@ TEST(FormObject, ShowsTheModelByNameAndEndsWithTheForm) {
     for (const DispatchClient* gone : {&object, &box, &all})
         EXPECT_EQ(errorOf([&] { gone->get(gone == &all ? "Count" : "Left"); }).number(), errors::ObjectNotSet)
             << gone->name();
-    form = std::make_shared<ReportForm>(desktop);
-    EXPECT_NE(automationObject(*form).get(), object.object()) << "a new form at the same place is another object";
+    form = make();
+    EXPECT_NE(automationObject(*form).get(), object.object())
+        << "a new form at the same place is another object";
 }
 
 } // namespace

@@ -27,9 +27,11 @@ constexpr std::array formMembers{
 
 Form::Form(Desktop& desktop, std::string name, std::string text, WindowChrome chrome)
     : Control(*this, std::move(name), nullptr), caption(*this, Aspect::Caption, std::move(text)),
-      desktop_(desktop), chrome_(chrome) {}
+      desktop_(desktop), chrome_(chrome) {
+    ++alive_;
+}
 
-Form::~Form() = default;
+Form::~Form() { --alive_; }
 
 std::span<const ScriptMember> Form::ownMembers() const { return formMembers; }
 

@@ -26,6 +26,9 @@ public:
     Form(Desktop& desktop, std::string name, std::string caption, WindowChrome chrome = {});
     ~Form() override;
 
+    // How many forms exist: while a form is open, the component must stay in the process.
+    static int aliveCount() { return alive_; }
+
     Desktop& desktop() const { return desktop_; }
     const WindowChrome& chrome() const { return chrome_; }
     const std::vector<Control*>& controls() const { return controls_; }
@@ -77,6 +80,8 @@ protected:
     std::span<const ScriptMember> ownMembers() const override;
 
 private:
+    static inline int alive_ = 0;
+
     Desktop& desktop_;
     WindowChrome chrome_;
     std::vector<Control*> controls_;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "hostif/error.h"
 #include "hostif/value.h"
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace genutil {
@@ -35,7 +37,12 @@ public:
 
     template<class T>
     T get(const Property<T>& property) const {
-        return read(property.name).template to<T>();
+        const Value value = read(property.name);
+        try {
+            return value.template to<T>();
+        } catch (const Error& error) {
+            throw Error(error.number(), "Property '" + std::string(property.name) + "': " + error.description());
+        }
     }
     template<class T>
     void put(const Property<T>& property, const typename Property<T>::Type& value) {

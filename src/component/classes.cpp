@@ -1,0 +1,226 @@
+#include "component/class_list.h"
+#include "component/dual_object.h"
+#include "component/form_object.h"
+#include "component/host_object.h"
+#include "fileview/c_file_view_loader.h"
+#include "frame/loader.h"
+#include "progress/c_progress.h"
+
+#include <algorithm>
+
+namespace genutil {
+namespace {
+
+using k_genutil::Ref;
+
+bool truth(const VARIANT_BOOL* flag) {
+    return *flag != VARIANT_FALSE;
+}
+
+std::string textOf(const BSTR* text) {
+    return k_genutil::toUtf8(*text);
+}
+
+// Whether every argument that must be there has a place.
+template<class... Pointers>
+bool allGiven(const Pointers*... pointers) {
+    return ((pointers != nullptr) && ...);
+}
+
+// The answer to a call that lacks such a place.
+HRESULT noPlace() {
+    clearErrorInfo();
+    return E_POINTER;
+}
+
+// A public class: the dual interface over the loader that does the work.
+template<class Interface, class Core>
+class PublicObject : public DualObject<Interface> {
+public:
+    template<class... Arguments>
+    explicit PublicObject(Arguments&&... arguments) : core_(std::forward<Arguments>(arguments)...) {}
+
+    HRESULT STDMETHODCALLTYPE get_ClassActive(VARIANT_BOOL* value) override {
+        if (!value)
+            return noPlace();
+        return perform([&] { *value = core_.ClassActive ? VARIANT_TRUE : VARIANT_FALSE; });
+    }
+    HRESULT STDMETHODCALLTYPE put_ClassActive(VARIANT_BOOL value) override {
+        return perform([&] { core_.ClassActive = value != VARIANT_FALSE; });
+    }
+
+protected:
+    // Runs a member; the object outlives it even when the host lets go of it meanwhile.
+    template<class Body>
+    HRESULT perform(Body&& body) {
+        const auto self = Ref<IUnknown>::share(this);
+        return guarded(std::forward<Body>(body));
+    }
+    HRESULT blank() {
+        return perform([&] { core_.SetBlank(); });
+    }
+
+    Core core_;
+};
+
+class ProgressObject final : public PublicObject<k_genutil::_cProgress, cProgress> {
+public:
+    using PublicObject::PublicObject;
+    HRESULT STDMETHODCALLTYPE Gauge(BSTR* incrNo, short perCent) override {
+        return allGiven(incrNo) ? perform([&] { core_.Gauge(textOf(incrNo), perCent); }) : noPlace();
+    }
+    HRESULT STDMETHODCALLTYPE GaugeRemove() override {
+        return perform([&] { core_.GaugeRemove(); });
+    }
+    HRESULT STDMETHODCALLTYPE GaugeSetup(BSTR* title, BSTR* incrLabel) override {
+        return allGiven(title, incrLabel)
+                   ? perform([&] { core_.GaugeSetup(textOf(title), textOf(incrLabel)); })
+                   : noPlace();
+    }
+};
+
+class FileViewObject final : public PublicObject<k_genutil::_cFileViewLoader, cFileViewLoader> {
+public:
+    using PublicObject::PublicObject;
+    HRESULT STDMETHODCALLTYPE LoadFileViewForm(VARIANT_BOOL* instantHelp, VARIANT_BOOL* setModal,
+        short* ViewMode, BSTR* FileToView, IDispatch** prog, BSTR* defEditor, VARIANT_BOOL* formCancelled,
+        IDispatch** rtbTextViewer) override {
+        if (!allGiven(instantHelp, setModal, ViewMode, FileToView, prog, defEditor))
+            return noPlace();
+        return perform([&] {
+            RecordPtr program = recordOf(*prog, "prog");
+            bool cancelled = false;
+            std::shared_ptr<ReportText> viewer;
+            core_.LoadFileViewForm(truth(instantHelp), truth(setModal), *ViewMode, textOf(FileToView),
+                program, textOf(defEditor), &cancelled, rtbTextViewer ? &viewer : nullptr);
+            assignObject(prog, objectOf(program.get()));
+            if (formCancelled)
+                *formCancelled = cancelled ? VARIANT_TRUE : VARIANT_FALSE;
+            if (rtbTextViewer && viewer)
+                assignObject(rtbTextViewer, automationObject(*viewer).get());
+        });
+    }
+    HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+};
+
+// A class whose dialog this version does not have.
+template<class Interface>
+class PendingObject : public PublicObject<Interface, PendingLoader> {
+public:
+    using PublicObject<Interface, PendingLoader>::PublicObject;
+
+protected:
+    HRESULT refuse() {
+        return this->perform([&] { this->core_.load(); });
+    }
+};
+
+class InternalBrowserObject final : public PendingObject<k_genutil::_cInternalBrowserLoader> {
+public:
+    using PendingObject::PendingObject;
+    HRESULT STDMETHODCALLTYPE LoadForm(BSTR* HTMLfile) override {
+        return allGiven(HTMLfile) ? refuse() : noPlace();
+    }
+};
+
+class JobListObject final : public PendingObject<k_genutil::_cJobListLoader> {
+public:
+    using PendingObject::PendingObject;
+    HRESULT STDMETHODCALLTYPE LoadJobListForm(IDispatch** jobSelected, IDispatch** IHelp, IDispatch** prog,
+        IDispatch** jobDetails, IDispatch** currentJob, IDispatch** mainForm, VARIANT_BOOL* showExt,
+        IDispatch** jobDB, IDispatch** jobDetailsRset, IDispatch** jobCfg, IDispatch** jobGeneral,
+        VARIANT_BOOL* result) override {
+        const bool given = allGiven(jobSelected, IHelp, prog, jobDetails, currentJob, mainForm, showExt,
+            jobDB, jobDetailsRset, jobCfg, jobGeneral, result);
+        return given ? refuse() : noPlace();
+    }
+    HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+};
+
+class DefaultsObject final : public PendingObject<k_genutil::_cDefaultsLoader> {
+public:
+    using PendingObject::PendingObject;
+    HRESULT STDMETHODCALLTYPE LoadDefaultsForm(IDispatch** IHelp, IDispatch** prog, IDispatch** currentJob,
+        IDispatch** mainForm, IDispatch** genPrefs, IDispatch** LSOptPrefs, VARIANT_BOOL* result) override {
+        return allGiven(IHelp, prog, currentJob, mainForm, genPrefs, LSOptPrefs, result) ? refuse()
+                                                                                         : noPlace();
+    }
+    HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+};
+
+class LS_OptsObject final : public PendingObject<k_genutil::_cLS_OptsLoader> {
+public:
+    using PendingObject::PendingObject;
+    HRESULT STDMETHODCALLTYPE LoadLSOptionsForm(VARIANT_BOOL* instantHelp, short* optionsMode,
+        VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref, IDispatch** prog, IDispatch**, IDispatch**,
+        short*) override {
+        return allGiven(instantHelp, optionsMode, optionsSaved, LSOptPref, prog) ? refuse() : noPlace();
+    }
+    HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+};
+
+class DisplayObject final : public PendingObject<k_genutil::_cDisplayLoader> {
+public:
+    using PendingObject::PendingObject;
+    HRESULT STDMETHODCALLTYPE LoadDisplaySettingsForm(IDispatch** IHelp, IDispatch** mainForm,
+        IDispatch** prog, IDispatch** jobPlot, IDispatch** jobCfg, IDispatch** jobGeneral,
+        VARIANT_BOOL* alphasExist, VARIANT_BOOL* result) override {
+        const bool given = allGiven(IHelp, mainForm, prog, jobPlot, jobCfg, jobGeneral, alphasExist, result);
+        return given ? refuse() : noPlace();
+    }
+    HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+};
+
+class LS_SaveOptsObject final : public PendingObject<k_genutil::_cLS_SaveOptsLoader> {
+public:
+    using PendingObject::PendingObject;
+    HRESULT STDMETHODCALLTYPE LoadLSSaveOptsForm(VARIANT_BOOL* instantHelp, short* optionsMode,
+        VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref, IDispatch** prog, IDispatch**,
+        IDispatch**) override {
+        return allGiven(instantHelp, optionsMode, optionsSaved, LSOptPref, prog) ? refuse() : noPlace();
+    }
+    HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+};
+
+Ref<IUnknown> own(IDispatch* fresh) {
+    return Ref<IUnknown>::adopt(fresh);
+}
+
+namespace names = k_genutil::classes;
+
+} // namespace
+
+const std::array<PublicClass, 8> publicClasses{{
+    {names::cInternalBrowserLoader,
+        [](Component& c) {
+            return own(new InternalBrowserObject(c, "cInternalBrowserLoader", "LoadForm", "Sub"));
+        }},
+    {names::cFileViewLoader, [](Component& c) { return own(new FileViewObject(c)); }},
+    {names::cProgress, [](Component& c) { return own(new ProgressObject(c)); }},
+    {names::cJobListLoader,
+        [](Component& c) {
+            return own(new JobListObject(c, "cJobListLoader", "LoadJobListForm", "Function"));
+        }},
+    {names::cDefaultsLoader,
+        [](Component& c) {
+            return own(new DefaultsObject(c, "cDefaultsLoader", "LoadDefaultsForm", "Function"));
+        }},
+    {names::cLS_OptsLoader,
+        [](Component& c) { return own(new LS_OptsObject(c, "cLS_OptsLoader", "LoadLSOptionsForm", "Sub")); }},
+    {names::cDisplayLoader,
+        [](Component& c) {
+            return own(new DisplayObject(c, "cDisplayLoader", "LoadDisplaySettingsForm", ""));
+        }},
+    {names::cLS_SaveOptsLoader,
+        [](Component& c) {
+            return own(new LS_SaveOptsObject(c, "cLS_SaveOptsLoader", "LoadLSSaveOptsForm", "Sub"));
+        }},
+}};
+
+const PublicClass* findPublicClass(const CLSID& clsid) {
+    const auto found =
+        std::ranges::find(publicClasses, clsid, [](const PublicClass& c) { return c.name.clsid; });
+    return found == publicClasses.end() ? nullptr : &*found;
+}
+
+} // namespace genutil

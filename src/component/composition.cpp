@@ -1,0 +1,11 @@
+#include "component/composition.h"
+
+#include "platform/qt/qt_desktop.h"
+#include "platform/system/wipe_file.h"
+
+namespace genutil {
+
+Composition::Composition()
+    : desktop_(makeQtDesktop()), files_(makeSystemFiles()), component_(*desktop_, *files_, objects_) {}
+
+} // namespace genutil

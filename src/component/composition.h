@@ -1,0 +1,23 @@
+#pragma once
+
+#include "component/object_factory.h"
+#include "frame/component.h"
+
+#include <memory>
+
+namespace genutil {
+
+// The one place where the component is put together: this desktop, this system's files, the host's objects.
+class Composition {
+public:
+    Composition();
+    Component& component() { return component_; }
+
+private:
+    std::unique_ptr<Desktop> desktop_;
+    std::unique_ptr<FileSystem> files_;
+    AutomationObjectFactory objects_;
+    Component component_;
+};
+
+} // namespace genutil

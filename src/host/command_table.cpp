@@ -1,0 +1,72 @@
+#include "host/command_table.h"
+
+#include "host/gauge_demo.h"
+#include "host/main_window.h"
+#include "host/report_kinds.h"
+#include "host/tour.h"
+#include "host/window_visitor.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QWidget>
+
+namespace kestal {
+namespace {
+
+int runMainWindow(const CommandLine& line, const HostPtr& host, ComponentAccess& component) {
+    MainWindow window(host, component);
+    window.show();
+    if (line.has("--folder"))
+        window.openFolder(QString::fromStdString(line.options.at("--folder")));
+    return QApplication::exec();
+}
+
+// The component's windows leave the end of the program to the host.
+int runUntilClosed() {
+    const auto quitWithoutWindows = [] {
+        if (visibleWindows().isEmpty())
+            QApplication::quit();
+    };
+    const auto windows = visibleWindows();
+    for (QWidget* window : windows)
+        QObject::connect(window, &QObject::destroyed, qApp, quitWithoutWindows);
+    return windows.isEmpty() ? exit_codes::Success : QApplication::exec();
+}
+
+int runView(const CommandLine& line, const HostPtr&, ComponentAccess& component) {
+    const QFileInfo file(QString::fromStdString(line.file));
+    const int mode = line.number("--mode", reportKindOf(file.fileName()).viewMode);
+    const bool modal = line.has("--modal");
+    component.viewFile(file.absoluteFilePath().toStdString(), static_cast<std::int16_t>(mode), modal);
+    return modal ? exit_codes::Success : runUntilClosed();
+}
+
+int runGauge(const CommandLine& line, const HostPtr&, ComponentAccess& component) {
+    constexpr int usualSeconds = 5;
+    runGaugeDemo(component, line.number("--seconds", usualSeconds));
+    return exit_codes::Success;
+}
+
+int runTourCommand(const CommandLine& line, const HostPtr& host, ComponentAccess& component) {
+    return runTour(host, component, QString::fromStdString(line.options.at("--shots"))) ? exit_codes::Success
+                                                                                        : exit_codes::Failure;
+}
+
+} // namespace
+
+const std::vector<Command>& commandTable() {
+    static const std::vector<Command> commands{
+        {"", "", "the main window", {{"--folder", "DIR", "list the reports of this folder"}}, runMainWindow},
+        {"view", "FILE", "show a file in the viewer",
+            {{"--mode", "N", "view mode (else chosen by the file name)", -32768, 32767},
+                {"--modal", "", "show the viewer modally"}},
+            runView},
+        {"gauge", "", "demonstrate the progress gauge", {{"--seconds", "N", "how long (5)", 1, 3600}},
+            runGauge},
+        {"tour", "", "play every dialog and take a picture of each",
+            {{"--shots", "DIR", "folder for the pictures", 0, -1, true}}, runTourCommand, false},
+    };
+    return commands;
+}
+
+} // namespace kestal

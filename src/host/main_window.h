@@ -1,0 +1,66 @@
+#pragma once
+
+#include "host/component_access.h"
+
+#include <QMainWindow>
+
+#include <functional>
+
+class QAction;
+class QDockWidget;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPlainTextEdit;
+class QSortFilterProxyModel;
+class QTreeView;
+
+namespace kestal {
+
+class ReportModel;
+
+/// The host's main window: the reports of a folder, the plot area, the instant-help panel. It takes over what
+/// the services have to show.
+class MainWindow : public QMainWindow {
+public:
+    MainWindow(HostPtr host, ComponentAccess& component);
+    ~MainWindow() override;
+
+    void openFolder(const QString& folder);
+    void openReport(const QString& file);
+    QAction* instantHelpAction() const { return mnuHelpInstantHelp_; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* makeReportList();
+    QWidget* makePlotArea();
+    void makeHelpPanel();
+    void makeMenus();
+    QAction* addCommand(
+        QMenu* menu, const QString& text, const QKeySequence& key, std::function<void()> body);
+    void chooseReport();
+    void chooseFolder();
+    void openCurrentReport();
+    void showGauge();
+    void showAbout();
+    void setInstantHelp(bool on);
+    void restorePlacement();
+
+    HostPtr host_;
+    ComponentAccess& component_;
+    QString folder_;
+    ReportModel* reports_ = nullptr;
+    QSortFilterProxyModel* sorted_ = nullptr;
+    QLabel* status_ = nullptr; // the latest problem
+    QLineEdit* folderEdit_ = nullptr;
+    QTreeView* reportView_ = nullptr;
+    QLabel* noReports_ = nullptr;
+    QDockWidget* helpPanel_ = nullptr;
+    QLabel* helpTitle_ = nullptr;
+    QPlainTextEdit* helpText_ = nullptr;
+    QAction* mnuHelpInstantHelp_ = nullptr;
+};
+
+} // namespace kestal

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "host/automation_object.h"
+
+#include <span>
+
+namespace kestal {
+
+/// A record class of the host: its properties with their defaults. The type of a default is the type of the
+/// property; an Empty one takes any plain value.
+struct RecordClass {
+    struct Field {
+        const char* name;
+        Variant initial;
+    };
+    std::string name; ///< "k_gencvf.prog"
+    std::vector<Field> fields;
+};
+
+namespace records {
+const RecordClass& prog();
+const RecordClass& job();
+const RecordClass& jobDetails();
+const RecordClass& jobCfg();
+const RecordClass& jobGeneral();
+} // namespace records
+
+/// A record: one property for each field of its class, `Clone`, which returns an independent copy, and
+/// `CopyFrom` (any object with these properties). A property that is given another value sets `Changed` where
+/// the class has it; `Changed` may also be put. Fields that hold parts of one thing (JobFullName) are not
+/// derived from each other.
+class RecordObject : public AutomationObject {
+public:
+    explicit RecordObject(const RecordClass& recordClass);
+
+    /// NoSuchMember for a name that is not a field.
+    const Variant& value(std::string_view field) const;
+    void set(std::string_view field, const VARIANT& value);
+    std::string text(std::string_view field) const { return textOf(value(field)); }
+    bool isChanged() const { return hasChanged_ && truthOf(value("Changed")); }
+
+    /// Born with one reference, which is the caller's.
+    RecordObject* clone() const;
+    void copyFrom(IDispatch* other);
+
+private:
+    std::size_t indexOf(std::string_view field) const;
+    void assign(std::size_t index, const VARIANT& value);
+
+    const RecordClass& class_;
+    std::vector<Variant> values_;
+    bool hasChanged_ = false;
+};
+
+} // namespace kestal

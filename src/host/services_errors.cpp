@@ -1,0 +1,33 @@
+#include "host/services.h"
+
+namespace kestal {
+namespace {
+
+// errHandler. A report of a procedure is logged; one of an event handler, where the error ends, is also put
+// before the user.
+class ErrHandler : public AutomationObject {
+public:
+    explicit ErrHandler(HostPtr host) : AutomationObject("k_genproc.errHandler"), host_(std::move(host)) {
+        property(
+            "SkipNextReport", [this] { return Variant(skipNextReport_); },
+            [this](const VARIANT& value) { skipNextReport_ = truthOf(value); });
+        method("ReportProcError", [this](const std::string& description, const std::string& procedure, bool) {
+            host_->log.write(QString::fromStdString("Error in " + procedure + ": " + description));
+        });
+        method("ReportEventError", [this](const std::string& description, const std::string& procedure) {
+            host_->report(QString::fromStdString(description), QString::fromStdString("In " + procedure));
+        });
+    }
+
+private:
+    HostPtr host_;
+    bool skipNextReport_ = false;
+};
+
+} // namespace
+
+Ref<IDispatch> makeErrHandler(const HostPtr& host) {
+    return Ref<IDispatch>::adopt(new ErrHandler(host));
+}
+
+} // namespace kestal

@@ -1,0 +1,246 @@
+#include "host/tour.h"
+
+#include "host/gauge_demo.h"
+#include "host/main_window.h"
+#include "host/window_visitor.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QHash>
+#include <QImage>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QWindow>
+
+#include <condition_variable>
+#include <cstdio>
+#include <mutex>
+#include <thread>
+
+namespace kestal {
+namespace {
+
+constexpr int paintingTime = 150; // milliseconds
+constexpr auto timeLimit = std::chrono::seconds(120);
+// A text window has more ink than this below its menu; a blank one has none.
+constexpr double leastInk = 0.004;
+
+// Ends the program when the tour takes too long, even from within a call that does not return.
+class TimeLimit {
+public:
+    TimeLimit()
+        : watcher_([this] {
+              std::unique_lock lock(mutex_);
+              if (!ended_.wait_for(lock, timeLimit, [this] { return isOver_; })) {
+                  std::fprintf(
+                      stderr, "FAILED tour: not finished after %d s\n", static_cast<int>(timeLimit.count()));
+                  std::_Exit(EXIT_FAILURE);
+              }
+          }) {}
+    ~TimeLimit() {
+        {
+            const std::lock_guard lock(mutex_);
+            isOver_ = true;
+        }
+        ended_.notify_all();
+        watcher_.join();
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable ended_;
+    bool isOver_ = false;
+    std::thread watcher_;
+};
+
+struct ViewerShot {
+    const char* name;
+    const char* sample;
+    std::int16_t mode;
+};
+
+constexpr ViewerShot viewerShots[] = {
+    {"viewer-log", "network.log", 25},
+    {"viewer-inverse", "inverse.inv", 29},
+    {"viewer-points", "points.rep", 22},
+    {"viewer-history", "history.txt", 23},
+    {"viewer-data", "tilt.sdr", 26},
+};
+
+class Tour {
+public:
+    Tour(HostPtr host, ComponentAccess& component, const QString& folder)
+        : host_(std::move(host)), component_(component), folder_(folder) {}
+
+    bool run();
+
+private:
+    void step(const std::string& name, const std::function<void()>& body);
+    void save(const std::string& name, QWidget& window, bool mayBeEmpty = false);
+    std::string sample(const char* name) const;
+    void gauge();
+    void viewer(const std::string& name, const std::string& file, std::int16_t mode, bool mayBeEmpty);
+    void missingFile();
+    void help();
+    void instantHelp(MainWindow& main);
+
+    HostPtr host_;
+    ComponentAccess& component_;
+    QDir folder_;
+    int failures_ = 0;
+};
+
+bool Tour::run() {
+    const TimeLimit limit;
+    if (!folder_.mkpath("."))
+        throw std::runtime_error("the folder " + folder_.path().toStdString() + " cannot be made");
+    step("main-window", [&] {
+        MainWindow main(host_, component_);
+        main.show();
+        settle(paintingTime);
+        save("main-window", main);
+        main.instantHelpAction()->setChecked(true);
+        step("instant-help", [&] { instantHelp(main); });
+        main.instantHelpAction()->setChecked(false);
+        main.openReport(QString::fromStdString(sample("network.log")));
+        settle(paintingTime);
+        if (visibleWindows().size() != 2)
+            throw std::runtime_error("the main window does not open a modeless viewer");
+        main.close();
+        if (!visibleWindows().isEmpty())
+            throw std::runtime_error("the viewer stays open after the main window");
+    });
+    step("gauge", [&] { gauge(); });
+    for (const ViewerShot& shot : viewerShots)
+        step(shot.name, [&] { viewer(shot.name, sample(shot.sample), shot.mode, false); });
+    step("viewer-open", [&] { viewer("viewer-open", "", 24, true); });
+    step("viewer-missing", [&] { missingFile(); });
+    step("help", [&] { help(); });
+    return failures_ == 0;
+}
+
+void Tour::step(const std::string& name, const std::function<void()>& body) {
+    try {
+        body();
+    } catch (const std::exception& error) {
+        ++failures_;
+        std::printf("FAILED %s: %s\n", name.c_str(), error.what());
+        std::fflush(stdout);
+    }
+}
+
+void Tour::save(const std::string& name, QWidget& window, bool mayBeEmpty) {
+    const QImage image = window.grab().toImage();
+    const QImage body = image.copy(0, image.height() / 5, image.width(), image.height() * 4 / 5);
+    if (image.isNull() || inkShare(mayBeEmpty ? image : body) < (mayBeEmpty ? 1e-6 : leastInk))
+        throw std::runtime_error("the picture of " + name + " is blank");
+    const QString path = folder_.filePath(QString::fromStdString(name) + ".png");
+    if (!image.save(path, "PNG"))
+        throw std::runtime_error("the picture " + path.toStdString() + " cannot be written");
+    std::printf("ok  %s  %s %dx%d\n", name.c_str(), qPrintable(path), image.width(), image.height());
+    std::fflush(stdout);
+}
+
+std::string Tour::sample(const char* name) const {
+    const QFileInfo file(QDir(host_->paths.samples), name);
+    if (host_->paths.samples.isEmpty() || !file.isFile())
+        throw std::runtime_error(std::string("the sample ") + name + " is not installed");
+    return file.absoluteFilePath().toStdString();
+}
+
+void Tour::gauge() {
+    const auto before = visibleWindows();
+    runGaugeDemo(component_, 1, [&](int percent) {
+        if (percent != 0 && percent != 42 && percent != 100)
+            return;
+        settle(paintingTime);
+        for (QWidget* window : visibleWindows())
+            if (!before.contains(window))
+                return save("gauge-" + std::to_string(percent), *window);
+        throw std::runtime_error("the gauge window is not shown at " + std::to_string(percent) + " %");
+    });
+    settle(paintingTime);
+    if (visibleWindows() != before)
+        throw std::runtime_error("the gauge window stays open after GaugeRemove");
+}
+
+void Tour::viewer(const std::string& name, const std::string& file, std::int16_t mode, bool mayBeEmpty) {
+    const WindowVisitor visitor([&](QWidget& window) { save(name, window, mayBeEmpty); });
+    component_.viewFile(file, mode, true);
+    if (!visitor.failure().empty())
+        throw std::runtime_error(visitor.failure());
+    if (visitor.visited() != 1)
+        throw std::runtime_error("expected one window, not " + std::to_string(visitor.visited()));
+}
+
+void Tour::missingFile() {
+    int boxes = 0;
+    const WindowVisitor visitor([&](QWidget& window) {
+        if (qobject_cast<QMessageBox*>(&window) && ++boxes == 1)
+            save("viewer-missing", window);
+    });
+    component_.viewFile(folder_.absoluteFilePath("there is no such file.log").toStdString(), 25, true);
+    if (!visitor.failure().empty())
+        throw std::runtime_error(visitor.failure());
+    if (boxes != 1)
+        throw std::runtime_error("expected one message, not " + std::to_string(boxes));
+}
+
+void Tour::help() {
+    bool found = false;
+    const WindowVisitor visitor([&](QWidget& viewer) {
+        // As the window system would: to the native window, which passes it on.
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+        QApplication::sendEvent(viewer.windowHandle(), &press);
+        settle(paintingTime);
+        for (QWidget* window : visibleWindows())
+            if (window->objectName() == "frmHelp") {
+                found = true;
+                save("help", *window);
+                window->close();
+            }
+    });
+    component_.viewFile(sample("network.log"), 25, true);
+    if (!visitor.failure().empty())
+        throw std::runtime_error(visitor.failure());
+    if (!found)
+        throw std::runtime_error("F1 in the viewer opens no help window");
+}
+
+void Tour::instantHelp(MainWindow& main) {
+    const auto* title = main.findChild<QLabel*>("lblHelpTitle");
+    const QString idle = title->text();
+    WindowVisitor visitor([&](QWidget& viewer) {
+        viewer.activateWindow();
+        settle(paintingTime);
+        if (title->text() != idle)
+            save("instant-help", main);
+    });
+    component_.viewFile(sample("network.log"), 25, true);
+    if (!visitor.failure().empty())
+        throw std::runtime_error(visitor.failure());
+    if (title->text() == idle)
+        throw std::runtime_error("the viewer shows no instant help");
+}
+
+} // namespace
+
+bool runTour(const HostPtr& host, ComponentAccess& component, const QString& folder) {
+    QApplication::setQuitOnLastWindowClosed(false);
+    return Tour(host, component, folder).run();
+}
+
+double inkShare(const QImage& image) {
+    QHash<QRgb, int> counts;
+    int most = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            most = std::max(most, ++counts[image.pixel(x, y)]);
+    const double all = static_cast<double>(image.width()) * image.height();
+    return all > 0 ? 1 - most / all : 0;
+}
+
+} // namespace kestal

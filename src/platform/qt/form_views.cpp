@@ -1,0 +1,34 @@
+#include "platform/qt/form_views.h"
+
+#include "hostif/error.h"
+#include "platform/qt/file_view_window.h"
+#include "platform/qt/progress_window.h"
+
+namespace genutil {
+namespace {
+
+template<class Window, class FormClass>
+FormWindow* make(const std::shared_ptr<Form>& form) {
+    const auto known = std::dynamic_pointer_cast<FormClass>(form);
+    if (!known)
+        throw Error(errors::InternalError, "The form named " + form->name() + " is of another class than its window");
+    return new Window(known);
+}
+
+} // namespace
+
+FormViews standardFormViews() {
+    return {
+        {"frmProgress", make<ProgressWindow, frmProgress>},
+        {"frmFileView", make<FileViewWindow, frmFileView>},
+    };
+}
+
+FormWindow* makeFormWindow(const FormViews& views, const std::shared_ptr<Form>& form) {
+    const auto view = views.find(form->name());
+    if (view == views.end())
+        throw Error(errors::InternalError, "No window is known for the form " + form->name());
+    return view->second(form);
+}
+
+} // namespace genutil

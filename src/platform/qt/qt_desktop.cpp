@@ -1,0 +1,217 @@
+#include "platform/qt/qt_desktop.h"
+
+#include "hostif/error.h"
+#include "hostif/form.h"
+#include "hostif/value.h"
+#include "platform/qt/dialogs.h"
+#include "platform/qt/fonts.h"
+#include "platform/qt/twip_scale.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QEventLoop>
+#include <QFontInfo>
+#include <QFontMetricsF>
+#include <QLocale>
+#include <QPointer>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+#include <vector>
+
+namespace genutil {
+namespace {
+
+class QtClipboard : public Clipboard {
+public:
+    void clear() override { QApplication::clipboard()->clear(); }
+    void setText(const std::string& text) override {
+        QApplication::clipboard()->setText(QString::fromStdString(text));
+    }
+    std::string text() override { return QApplication::clipboard()->text().toStdString(); }
+};
+
+class QtDesktop : public Desktop {
+public:
+    explicit QtDesktop(FormViews views) : views_(std::move(views)) {}
+    ~QtDesktop() override;
+
+    Screen screen() override;
+    Pointer pointer() override { return pointer_; }
+    void setPointer(Pointer pointer) override;
+    double textWidth(const Font& font, const std::string& text) override;
+    bool isFixedPitch(const Font& font) override { return QFontInfo(toQFont(font)).fixedPitch(); }
+
+    void show(const std::shared_ptr<Form>& form, bool modal) override;
+    void hide(Form& form) override { takeAway(form); }
+    void close(Form& form) override { takeAway(form); }
+    void bringToFront(Form& form) override;
+    void repaint(Control& control) override;
+    void doEvents() override;
+
+    Answer ask(const Message& message) override;
+    bool showOpen(Form& owner, FileDialog& dialog) override;
+    bool showSave(Form& owner, FileDialog& dialog) override;
+    Clipboard& clipboard() override { return clipboard_; }
+
+private:
+    struct Open {
+        const Form* form;
+        QPointer<FormWindow> window;
+        QEventLoop* modalLoop; // null for a modeless form
+    };
+
+    std::vector<Open>::iterator find(const Form& form) { return std::ranges::find(open_, &form, &Open::form); }
+    FormWindow* windowOf(const Form& form);
+    void takeAway(Form& form);
+    void runModal(const std::shared_ptr<Form>& form);
+
+    FormViews views_;
+    std::vector<Open> open_;
+    Pointer pointer_ = Pointer::Default;
+    QtClipboard clipboard_;
+};
+
+QtDesktop::~QtDesktop() {
+    const bool running = QApplication::instance() != nullptr;
+    if (running)
+        setPointer(Pointer::Default);
+    for (const Open& each : std::exchange(open_, {}))
+        if (each.window && running)
+            delete each.window;
+}
+
+Screen QtDesktop::screen() {
+    const TwipScale scale = TwipScale::ofScreen();
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    const QSize size = primary ? primary->size() : QSize(1024, 768);
+    return {scale.twips(size.width()), scale.twips(size.height()), scale.twipsPerPixel()};
+}
+
+void QtDesktop::setPointer(Pointer pointer) {
+    if (pointer == std::exchange(pointer_, pointer))
+        return;
+    if (pointer == Pointer::Hourglass)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+double QtDesktop::textWidth(const Font& font, const std::string& text) {
+    return TwipScale::ofScreen().twips(QFontMetricsF(toQFont(font)).horizontalAdvance(QString::fromStdString(text)));
+}
+
+FormWindow* QtDesktop::windowOf(const Form& form) {
+    const auto found = find(form);
+    return found == open_.end() ? nullptr : found->window.data();
+}
+
+void QtDesktop::show(const std::shared_ptr<Form>& form, bool modal) {
+    if (FormWindow* window = windowOf(*form)) {
+        if (modal)
+            throw Error(errors::InvalidCall, form->name() + " is already shown and cannot be shown modally as well");
+        window->raise();
+        window->activateWindow();
+        return;
+    }
+    FormWindow* window = makeFormWindow(views_, form);
+    const bool staysAbove = modal || window->windowType() == Qt::Tool;
+    const QWidget* active = QApplication::activeModalWidget();
+    if (!active)
+        active = QApplication::activeWindow();
+    open_.push_back({form.get(), window, nullptr});
+    form->setShown(true);
+    window->open(modal, staysAbove && active ? active->window()->windowHandle() : nullptr);
+    if (modal)
+        runModal(form);
+}
+
+void QtDesktop::runModal(const std::shared_ptr<Form>& form) {
+    const auto entry = find(*form);
+    if (entry == open_.end())
+        return; // closed by its own activation
+    QEventLoop loop;
+    entry->modalLoop = &loop;
+    loop.exec();
+    // Still there: the application is ending.
+    if (const auto left = find(*form); left != open_.end()) {
+        left->modalLoop = nullptr;
+        if (!form->unload())
+            takeAway(*form);
+    }
+}
+
+void QtDesktop::takeAway(Form& form) {
+    const auto entry = find(form);
+    if (entry == open_.end())
+        return;
+    const Open gone = *entry;
+    open_.erase(entry);
+    const auto alive = form.shared_from_this();
+    if (gone.window)
+        gone.window->reportSize();
+    form.userActivate(false);
+    form.setShown(false);
+    if (gone.window)
+        gone.window->retire();
+    if (gone.modalLoop)
+        gone.modalLoop->quit();
+}
+
+void QtDesktop::bringToFront(Form& form) {
+    if (FormWindow* window = windowOf(form))
+        window->bringToFront();
+}
+
+void QtDesktop::repaint(Control& control) {
+    if (FormWindow* window = windowOf(control.form()))
+        window->repaintView(control);
+}
+
+void QtDesktop::doEvents() {
+    QApplication::processEvents();
+    // What those events changed is painted as well.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
+}
+
+Answer QtDesktop::ask(const Message& message) {
+    const PointerScope arrow(*this, Pointer::Default);
+    return showMessage(message);
+}
+
+bool QtDesktop::showOpen(Form& owner, FileDialog& dialog) {
+    const PointerScope arrow(*this, Pointer::Default);
+    return showFileDialog(windowOf(owner), dialog, FileDialogKind::Open);
+}
+
+bool QtDesktop::showSave(Form& owner, FileDialog& dialog) {
+    const PointerScope arrow(*this, Pointer::Default);
+    return showFileDialog(windowOf(owner), dialog, FileDialogKind::Save);
+}
+
+void ensureApplication() {
+    if (QApplication::instance())
+        return;
+    static int argumentCount = 1;
+    static char name[] = "k_genutil";
+    static char* arguments[] = {name, nullptr};
+    // Never destroyed: the process may end in any order, and the toolkit must not go while libraries still unload.
+    new QApplication(argumentCount, arguments);
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+} // namespace
+
+void useSystemNumberLocale() {
+    const QLocale system = QLocale::system();
+    setNumberLocale({system.decimalPoint().toStdString(), system.groupSeparator().toStdString()});
+}
+
+std::unique_ptr<Desktop> makeQtDesktop(FormViews views) {
+    ensureApplication();
+    useSystemNumberLocale();
+    return std::make_unique<QtDesktop>(std::move(views));
+}
+
+} // namespace genutil

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "hostif/desktop.h"
+#include "platform/qt/form_views.h"
+
+#include <memory>
+
+namespace genutil {
+
+// The desktop of this system. Makes the application object when the process has none yet, and takes over the user's
+// number locale. Windows that are still open when it is destroyed go with it.
+std::unique_ptr<Desktop> makeQtDesktop(FormViews views = standardFormViews());
+
+// Numbers are written and read from now on as the user's system does it.
+void useSystemNumberLocale();
+
+} // namespace genutil

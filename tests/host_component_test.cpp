@@ -1,0 +1,230 @@
+#include "host/component_access.h"
+#include "host/gauge_demo.h"
+#include "host/main_window.h"
+#include "host/report_model.h"
+#include "host/settings_file.h"
+#include "host/window_visitor.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QFile>
+#include <QLineEdit>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTreeView>
+#include <QWidget>
+
+#include <fstream>
+
+using namespace kestal;
+using testing::HasSubstr;
+
+namespace {
+
+// The host with the component's library beside the test program. The component keeps the services of the
+// first host that it meets, so all tests share one.
+class HostWithComponent : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        folder_ = new QTemporaryDir;
+        HostPaths paths;
+        paths.settings = path("kestal.ini");
+        paths.log = path("kestal.log");
+        paths.help = path("help.txt");
+        paths.samples = path("reports");
+        QDir().mkpath(paths.samples);
+        std::ofstream(file("help.txt")) << "[1800] Viewer topic\nText\n";
+        std::ofstream(file("reports/b.log")) << std::string(500, 'b');
+        std::ofstream(file("reports/A.inv")) << "short\n";
+        std::ofstream(file("reports/c & d.txt")) << "text\n";
+        host_ = std::make_shared<Host>(paths);
+        host_->attended = false;
+    }
+    static void TearDownTestSuite() {
+        host_.reset();
+        delete folder_;
+    }
+    void SetUp() override { useRegistry(path("registry.ini")); }
+
+    static QString path(const QString& name) { return folder_->filePath(name); }
+    static std::string file(const char* name) { return path(name).toStdString(); }
+    static void useRegistry(const QString& name) { qputenv("K_GENUTIL_REGISTRY", name.toLocal8Bit()); }
+    static std::string registeredServer() {
+        const std::string clsid = k_genutil::guidText(k_genutil::classes::cProgress.clsid);
+        return k_genutil::registryValue("class " + clsid, "server", REGDB_E_CLASSNOTREG);
+    }
+    static std::string setting(const char* key) {
+        return readSetting(host_->paths.settings.toStdString(), "Kestal", key, "absent");
+    }
+
+    static QTemporaryDir* folder_;
+    static HostPtr host_;
+};
+
+QTemporaryDir* HostWithComponent::folder_ = nullptr;
+HostPtr HostWithComponent::host_;
+
+TEST_F(HostWithComponent, RegistersItsOwnCopyWhenNoneOrAnotherIsRegistered) {
+    useRegistry(path("new/registry.ini"));
+    { const ComponentAccess component(host_); }
+    EXPECT_EQ(registeredServer(), ownLibraryPath());
+
+    QFile registry(path("new/registry.ini"));
+    ASSERT_TRUE(registry.open(QIODevice::ReadWrite));
+    const QByteArray other =
+        registry.readAll().replace(ownLibraryPath().c_str(), "/somewhere/else/libk_genutil.so") +
+        "[foreign]\nx=1\n";
+    registry.resize(0);
+    registry.seek(0);
+    registry.write(other);
+    registry.close();
+    ASSERT_NE(registeredServer(), ownLibraryPath());
+    { const ComponentAccess component(host_); }
+    EXPECT_EQ(registeredServer(), ownLibraryPath());
+    ASSERT_TRUE(registry.open(QIODevice::ReadOnly));
+    EXPECT_THAT(registry.readAll().toStdString(), HasSubstr("[foreign]\nx=1")) << "others' entries stay";
+}
+
+TEST_F(HostWithComponent, ARegistryThatCannotBeWrittenIsNamedWithTheRemedy) {
+    useRegistry("/proc/kestal/registry.ini");
+    try {
+        const ComponentAccess component(host_);
+        FAIL() << "registered in /proc";
+    } catch (const ComponentError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("/proc/kestal"));
+        EXPECT_THAT(error.what(), HasSubstr("Set K_GENUTIL_REGISTRY"));
+    }
+}
+
+TEST_F(HostWithComponent, AFailureOfTheComponentComesWithItsDescriptionAndSource) {
+    const ComponentAccess component(host_);
+    const auto gauge = component.create<k_genutil::_cProgress>(k_genutil::classes::cProgress.progId);
+    k_genutil::Text count("1");
+    try {
+        component.check(gauge->Gauge(count.inOut(), 1), "Advancing");
+        FAIL() << "a gauge that was never opened advances";
+    } catch (const ComponentError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("Advancing has failed: "));
+        EXPECT_THAT(error.what(), HasSubstr("cProgress::"));
+    }
+    QFile log(host_->log.path());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_THAT(log.readAll().toStdString(), HasSubstr("cProgress::")) << "reported through errHandler";
+    EXPECT_THROW(component.create<k_genutil::_cProgress>("k_genutil.cNothing"), ComponentError);
+}
+
+TEST_F(HostWithComponent, TheGaugeIsGoneAfterItsDemonstration) {
+    const ComponentAccess component(host_);
+    std::size_t mostWindows = 0;
+    int last = -1;
+    runGaugeDemo(component, 0, [&](int percent) {
+        mostWindows = std::max(mostWindows, static_cast<std::size_t>(visibleWindows().size()));
+        EXPECT_EQ(percent, ++last);
+    });
+    settle(50);
+    EXPECT_EQ(last, 100);
+    EXPECT_EQ(mostWindows, 1u);
+    EXPECT_TRUE(visibleWindows().isEmpty());
+}
+
+TEST_F(HostWithComponent, AMaximizedViewerIsRememberedByTheProgramAndInTheSettings) {
+    ComponentAccess component(host_);
+    const WindowVisitor visitor([](QWidget& window) {
+        window.showMaximized();
+        settle(400);
+    });
+    component.viewFile(file("reports/b.log"), 25, true);
+    EXPECT_EQ(visitor.visited(), 1);
+    EXPECT_EQ(int16Of(host_->prog->value("FileViewState")), 2);
+    EXPECT_FALSE(host_->prog->isChanged());
+    EXPECT_EQ(setting("FileViewState"), "2");
+    EXPECT_EQ(setting("File_View_Window").substr(0, 1), "2");
+}
+
+TEST_F(HostWithComponent, AFileToBeWipedIsGoneAndTheChoiceIsSpent) {
+    ComponentAccess component(host_);
+    std::ofstream(file("secret.log")) << "once\n";
+    host_->prog->set("WipeAfterView", Variant(true));
+    const WindowVisitor visitor([](QWidget&) {});
+    component.viewFile(file("secret.log"), 25, true);
+    EXPECT_FALSE(QFile::exists(path("secret.log")));
+    EXPECT_FALSE(truthOf(host_->prog->value("WipeAfterView")));
+}
+
+TEST_F(HostWithComponent, TheMainWindowListsOpensAndTakesItsViewersAlong) {
+    ComponentAccess component(host_);
+    MainWindow main(host_, component);
+    main.show();
+    auto* list = main.findChild<QTreeView*>("lstReports");
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->model()->rowCount(), 3);
+    QStringList names;
+    for (int row = 0; row < 3; ++row)
+        names += list->model()->index(row, ReportModel::Name).data().toString();
+    EXPECT_EQ(names.join('|'), "A.inv|b.log|c & d.txt");
+    list->sortByColumn(ReportModel::Size, Qt::DescendingOrder);
+    EXPECT_EQ(list->model()->index(0, ReportModel::Name).data().toString(), "b.log")
+        << "by number, not by text";
+
+    list->setCurrentIndex(list->model()->index(0, 0));
+    emit list->activated(list->currentIndex());
+    main.openReport(path("reports/c & d.txt"));
+    settle(50);
+    QStringList titles;
+    for (const auto& window : visibleWindows())
+        titles += window->windowTitle();
+    titles.sort();
+    EXPECT_EQ(titles, QStringList({"File Display: " + path("reports/c & d.txt"), "Kestal",
+                          "Processing Log: " + path("reports/b.log")}));
+
+    main.openFolder(path("no such folder"));
+    EXPECT_EQ(main.findChild<QLineEdit*>("txtFolder")->text(), path("reports"))
+        << "a refused folder changes nothing";
+    EXPECT_EQ(list->model()->rowCount(), 3);
+    EXPECT_TRUE(main.close());
+    EXPECT_TRUE(visibleWindows().isEmpty());
+}
+
+TEST_F(HostWithComponent, TheInstantHelpChoiceOutlivesTheMainWindow) {
+    ComponentAccess component(host_);
+    for (const bool choice : {true, false}) {
+        {
+            MainWindow main(host_, component);
+            main.show();
+            main.instantHelpAction()->setChecked(choice);
+            main.close();
+        }
+        host_->instantHelpOn = !choice;
+        const MainWindow again(host_, component);
+        EXPECT_EQ(host_->instantHelpOn, choice);
+        EXPECT_EQ(again.instantHelpAction()->isChecked(), choice);
+    }
+}
+
+TEST_F(HostWithComponent, TheProgramAnswersWithItsExitCodes) {
+    const QString program = QCoreApplication::applicationDirPath() + "/kestal";
+    if (!QFile::exists(program))
+        GTEST_SKIP() << "kestal is not built";
+    const std::tuple<QStringList, int, const char*> cases[] = {
+        {{"--version"}, 0, "kestal 8.2"},
+        {{"wiev"}, 2, "'wiev'"},
+        {{"gauge", "--seconds", "never"}, 2, "'never'"},
+        {{"tour", "--shots", "/proc/shots"}, 1, "/proc/shots"},
+    };
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_DATA_HOME", path("data"));
+    for (const auto& [arguments, exitCode, text] : cases) {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(program, arguments);
+        ASSERT_TRUE(process.waitForFinished(20000)) << arguments.join(' ').toStdString();
+        EXPECT_EQ(process.exitCode(), exitCode) << arguments.join(' ').toStdString();
+        EXPECT_THAT(process.readAll().toStdString(), HasSubstr(text));
+    }
+}
+
+} // namespace

@@ -1,0 +1,632 @@
+#include "fileview/c_file_view_loader.h"
+#include "hostif/error.h"
+#include "platform/qt/bind.h"
+#include "platform/qt/dialogs.h"
+#include "platform/qt/gauge_bar.h"
+#include "platform/qt/line_ruler.h"
+#include "platform/qt/qt_desktop.h"
+#include "platform/qt/text_view.h"
+#include "support/fake_host.h"
+#include "text/character_width.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QtTest/QtTest>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace genutil {
+namespace {
+
+using testing::ElementsAre;
+
+// One control of each kind.
+struct SampleForm : Form {
+    explicit SampleForm(Desktop& owner) : Form(owner, "frmSample", "Sample", {.width = 120, .height = 700}) {
+        width = 6120;
+        height = 6700;
+        left = 1500;
+        top = 1500;
+        keyPreview = true;
+        int order = 0;
+        for (Control* control : {static_cast<Control*>(&txtName), static_cast<Control*>(&chkBold),
+                 static_cast<Control*>(&optMetres), static_cast<Control*>(&cboUnit), static_cast<Control*>(&cmdOk),
+                 static_cast<Control*>(&rtbText)})
+            control->tabIndex = order++;
+    }
+
+    MenuItem mnu_File{*this, "mnu_File", "&File"};
+    MenuItem mnu_Close{*this, "mnu_Close", "&Close", &mnu_File};
+    Label lblTitle{*this, "lblTitle", "Title"};
+    TextBox txtName{*this, "txtName", "T1"};
+    CheckBox chkBold{*this, "chkBold", "&Bold"};
+    OptionButton optMetres{*this, "optMetres", "&Metres"};
+    ComboBox cboUnit{*this, "cboUnit"};
+    Button cmdOk{*this, "cmdOk", "&OK"};
+    FloodGauge pnlGauge{*this, "pnlGauge"};
+    Tabs tabPages{*this, "tabPages", {"General", "Files"}};
+    ReportText rtbText{*this, "rtbText"};
+};
+
+class SampleWindow : public FormWindow {
+public:
+    explicit SampleWindow(const std::shared_ptr<Form>& base) : FormWindow(base) {
+        auto& form = static_cast<SampleForm&>(*base);
+        addMenuBar();
+        auto* column = new QVBoxLayout(contents());
+        const auto add = [&](auto* view, auto& model) {
+            column->addWidget(view);
+            bind(view, model);
+        };
+        add(new QLabel(contents()), form.lblTitle);
+        add(new QLineEdit(contents()), form.txtName);
+        add(new QCheckBox(contents()), form.chkBold);
+        add(new QRadioButton(contents()), form.optMetres);
+        add(new QComboBox(contents()), form.cboUnit);
+        add(new QPushButton(contents()), form.cmdOk);
+        add(new GaugeBar(contents()), form.pnlGauge);
+        add(new QTabWidget(contents()), form.tabPages);
+        add(new TextView(contents()), form.rtbText);
+    }
+};
+
+FormWindow* openWindow() {
+    for (QWidget* each : QApplication::topLevelWidgets())
+        if (auto* found = dynamic_cast<FormWindow*>(each); found && found->form() && found->isVisible())
+            return found;
+    return nullptr;
+}
+
+class QtDesktopTest : public testing::Test {
+protected:
+    std::unique_ptr<Desktop> desktop = makeQtDesktop(
+        {{"frmSample", [](const std::shared_ptr<Form>& sample) { return new SampleWindow(sample); }}});
+    std::shared_ptr<SampleForm> form = std::make_shared<SampleForm>(*desktop);
+
+    ~QtDesktopTest() override {
+        form->unload();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    static FormWindow* window() { return openWindow(); }
+    void show() {
+        form->show(false);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
+    }
+    template<class View>
+    static View* view(const Control& control) {
+        return static_cast<View*>(window()->viewOf(control));
+    }
+    static void press(Qt::Key key, Qt::KeyboardModifiers held = {}) {
+        QTest::keyClick(window()->windowHandle(), key, held);
+    }
+    // Acts once the loop that the next call starts is running.
+    static void whenShown(std::function<void()> act) { QTimer::singleShot(0, qApp, std::move(act)); }
+};
+
+using Binding = QtDesktopTest;
+using Window = QtDesktopTest;
+
+TEST(TwipScale, ConvertsByTheResolutionAndSurvivesAnyNumber) {
+    struct Case {
+        double dotsPerInch, twips;
+        int pixels, holding;
+    };
+    for (const Case& each : {Case{96, 15, 1, 1}, Case{96, 22.4, 1, 2}, Case{96, -15, -1, -1}, Case{192, 15, 2, 2},
+             Case{72, 40, 2, 2}, Case{0, 30, 2, 2}, Case{96, 1e300, 16777215, 16777215}, Case{96, -1e300, -16777215, -16777215},
+             Case{96, std::nan(""), 0, 0}}) {
+        EXPECT_EQ(TwipScale(each.dotsPerInch).pixels(each.twips), each.pixels) << each.twips;
+        EXPECT_EQ(TwipScale(each.dotsPerInch).pixelsHolding(each.twips), each.holding) << each.twips;
+    }
+}
+
+TEST_F(QtDesktopTest, MeasuresTextAsWideAsItsLabelShowsIt) {
+    const QString text = "Wavelength AVAVA";
+    form->lblTitle.width = desktop->textWidth(form->lblTitle.font, text.toStdString());
+    form->lblTitle.left = 240;
+    QWidget parent;
+    QLabel* shown = new QLabel(&parent);
+    bind(shown, form->lblTitle);
+    place(shown, form->lblTitle);
+    EXPECT_EQ(shown->width(), std::ceil(QFontMetricsF(shown->font()).horizontalAdvance(text)));
+    EXPECT_EQ(shown->x(), TwipScale::ofScreen().pixels(240));
+    EXPECT_DOUBLE_EQ(desktop->screen().width, QGuiApplication::primaryScreen()->size().width() * desktop->screen().twipsPerPixel);
+    EXPECT_TRUE(desktop->isFixedPitch({.name = "Courier New"}));
+    EXPECT_FALSE(desktop->isFixedPitch({.name = "MS Sans Serif"}));
+}
+
+TEST_F(Binding, ShowsTheModelAndReportsTheUserForEachKind) {
+    form->cboUnit.items = {{"m", 1}, {"ft", 2}};
+    show();
+    std::string heard;
+    const auto hear = [&](auto& event, const char* what) { event.connect([&heard, what] { heard += what; }); };
+    hear(form->txtName.change, "text ");
+    hear(form->chkBold.click, "tick ");
+    hear(form->optMetres.click, "option ");
+    hear(form->cboUnit.click, "combo ");
+    hear(form->cmdOk.click, "button ");
+    hear(form->mnu_Close.click, "menu ");
+
+    QTest::keyClicks(view<QLineEdit>(form->txtName), "7");
+    QTest::mouseClick(view<QCheckBox>(form->chkBold), Qt::LeftButton, {}, {5, 5});
+    QTest::mouseClick(view<QRadioButton>(form->optMetres), Qt::LeftButton, {}, {5, 5});
+    QTest::keyClick(view<QComboBox>(form->cboUnit), Qt::Key_Down);
+    QTest::mouseClick(view<QPushButton>(form->cmdOk), Qt::LeftButton);
+    window()->findChild<QAction*>("mnu_Close")->trigger();
+    view<QTabWidget>(form->tabPages)->setCurrentIndex(1);
+    EXPECT_EQ(heard, "text tick option combo button menu ");
+    EXPECT_EQ(form->txtName.text.get(), "7T1");
+    EXPECT_EQ(form->txtName.selectionStart, 1u);
+    EXPECT_TRUE(form->chkBold.ticked);
+    EXPECT_TRUE(form->optMetres.selected);
+    EXPECT_EQ(form->cboUnit.listIndex, 0);
+    EXPECT_EQ(form->tabPages.current, 1);
+
+    heard.clear();
+    form->lblTitle.caption = "Second";
+    form->txtName.setFocus();
+    desktop->doEvents();
+    form->txtName.text = "é2";
+    form->txtName.selectAll();
+    form->chkBold.ticked = false;
+    form->optMetres.selected = false;
+    form->cboUnit.items = {{"a", 1}, {"b", 2}, {"c", 3}};
+    form->cboUnit.listIndex = 2;
+    form->pnlGauge.floodPercent = 42;
+    form->tabPages.current = 0;
+    form->mnu_Close.caption = "&End";
+    EXPECT_EQ(heard, "text tick combo "); // once each: the view does not report what it is told
+    desktop->doEvents();
+    EXPECT_EQ(view<QLabel>(form->lblTitle)->text(), "Second");
+    EXPECT_EQ(view<QLineEdit>(form->txtName)->selectedText(), "é2");
+    EXPECT_EQ(form->txtName.selectionLength, 3u);
+    EXPECT_FALSE(view<QCheckBox>(form->chkBold)->isChecked());
+    EXPECT_FALSE(view<QRadioButton>(form->optMetres)->isChecked());
+    EXPECT_EQ(view<QComboBox>(form->cboUnit)->currentText(), "c");
+    EXPECT_EQ(view<GaugeBar>(form->pnlGauge)->value(), 42);
+    EXPECT_EQ(view<QTabWidget>(form->tabPages)->currentIndex(), 0);
+    EXPECT_EQ(window()->findChild<QAction*>("mnu_Close")->text(), "&End");
+}
+
+TEST_F(Binding, EveryViewHasNamesAndFollowsEnabledVisibleAndToolTip) {
+    show();
+    for (Control* control : form->controls()) {
+        if (dynamic_cast<MenuItem*>(control))
+            continue;
+        QWidget* shown = window()->viewOf(*control);
+        ASSERT_TRUE(shown) << control->name();
+        EXPECT_FALSE(shown->accessibleName().isEmpty() || shown->accessibleName().contains('&')) << control->name();
+        control->toolTip = "Tip";
+        control->enabled = false;
+        EXPECT_EQ(shown->toolTip(), "Tip") << control->name();
+        EXPECT_FALSE(shown->isEnabled()) << control->name();
+        control->visible = false;
+        EXPECT_FALSE(shown->isVisible()) << control->name();
+    }
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(view<QWidget>(form->rtbText))->role(), QAccessible::EditableText);
+}
+
+TEST_F(Binding, AViewFallsBackToWhatTheModelMadeOfTheUsersAct) {
+    form->txtName.change.connect([&] {
+        if (form->txtName.text.get().size() > 2)
+            form->txtName.text = "T9";
+    });
+    form->optMetres.selected = true;
+    show();
+    QTest::keyClicks(view<QLineEdit>(form->txtName), "78");
+    QTest::mouseClick(view<QRadioButton>(form->optMetres), Qt::LeftButton, {}, {5, 5});
+    EXPECT_EQ(view<QLineEdit>(form->txtName)->text(), "T9");
+    EXPECT_TRUE(view<QRadioButton>(form->optMetres)->isChecked());
+}
+
+TEST_F(Binding, FocusAndMouseReachTheControlTheyAreAt) {
+    std::vector<std::string> log;
+    for (Control* control : form->controls()) {
+        control->gotFocus.connect([&log, control] { log.push_back("+" + control->name()); });
+        control->lostFocus.connect([&log, control] { log.push_back("-" + control->name()); });
+        control->mouseMove.connect([&log, control] { log.push_back("over " + control->name()); });
+    }
+    form->mouseMove.connect([&] { log.push_back("over form"); });
+    show();
+    press(Qt::Key_Tab);
+    form->cmdOk.setFocus();
+    EXPECT_TRUE(view<QPushButton>(form->cmdOk)->hasFocus());
+    EXPECT_THAT(log, ElementsAre("+txtName", "-txtName", "+chkBold", "-chkBold", "+cmdOk"));
+    log.clear();
+    const auto moveTo = [](QWidget* over, QPoint point) {
+        QTest::mouseMove(window()->windowHandle(), over->mapTo(window(), point));
+    };
+    moveTo(view<QLabel>(form->lblTitle), {5, 5});
+    moveTo(view<TextView>(form->rtbText), {20, 20});
+    moveTo(window()->contents(), {1, 1});
+    EXPECT_THAT(log, ElementsAre("over lblTitle", "over rtbText", "over form"));
+}
+
+TEST_F(Window, KeyPreviewConsumesKeysBeforeTheFocusedControl) {
+    std::vector<int> formKeys, controlKeys;
+    form->keyDown.connect([&](KeyEvent& event) {
+        formKeys.push_back(event.code);
+        if (event.code == key::F1 || event.code == key::Delete)
+            event.code = 0;
+    });
+    form->keyPress.connect([&](KeyEvent& event) {
+        if (event.code == 'b')
+            event.code = 0;
+    });
+    form->txtName.keyDown.connect([&](KeyEvent& event) { controlKeys.push_back(event.code); });
+    show();
+    for (const Qt::Key pressed : {Qt::Key_F1, Qt::Key_Home, Qt::Key_Delete, Qt::Key_A, Qt::Key_B})
+        press(pressed);
+    EXPECT_THAT(formKeys, ElementsAre(key::F1, key::Home, key::Delete, int('A'), int('B')));
+    EXPECT_THAT(controlKeys, ElementsAre(key::Home, int('A'), int('B')));
+    EXPECT_EQ(form->txtName.text.get(), "aT1");
+}
+
+TEST_F(Window, EnterPressesTheFocusedOrTheDefaultButtonUnlessItIsConsumed) {
+    int pressed = 0;
+    form->cmdOk.click.connect([&] { ++pressed; });
+    show();
+    press(Qt::Key_Return);
+    EXPECT_EQ(pressed, 0);
+    form->cmdOk.isDefault = true;
+    press(Qt::Key_Return);
+    EXPECT_EQ(pressed, 1);
+    form->cmdOk.isDefault = false;
+    form->cmdOk.setFocus();
+    press(Qt::Key_Enter);
+    EXPECT_EQ(pressed, 2);
+    form->keyPress.connect([](KeyEvent& event) { event.code = event.code == key::Enter ? 0 : event.code; });
+    press(Qt::Key_Return);
+    EXPECT_EQ(pressed, 2);
+}
+
+TEST_F(Window, ARefusedCloseKeepsTheWindowAndAGrantedOneEndsTheForm) {
+    bool refuse = true;
+    UnloadReason why = UnloadReason::Code;
+    form->queryUnload.connect([&](bool& refused, UnloadReason reason) {
+        refused = refuse;
+        why = reason;
+    });
+    show();
+    EXPECT_FALSE(window()->close());
+    EXPECT_EQ(why, UnloadReason::CloseBox);
+    EXPECT_TRUE(form->isShown() && window());
+    refuse = false;
+    window()->close();
+    EXPECT_FALSE(form->isLoaded() || window());
+}
+
+TEST_F(Window, AFormMayUnloadItselfInAHandlerAndIsThenFree) {
+    auto brief = std::make_shared<SampleForm>(*desktop);
+    const std::weak_ptr<SampleForm> watch = brief;
+    brief->cmdOk.click.connect([raw = brief.get()] { raw->unload(); });
+    brief->show(false);
+    brief.reset();
+    ASSERT_FALSE(watch.expired()); // an open window keeps its form
+    QTest::mouseClick(window()->viewOf(watch.lock()->cmdOk), Qt::LeftButton);
+    EXPECT_TRUE(watch.expired());
+    desktop->doEvents();
+}
+
+TEST_F(Window, ModalShowReturnsOnHideAndOnUnloadAndNests) {
+    whenShown([&] {
+        EXPECT_TRUE(window()->isModal());
+        form->hide();
+    });
+    form->show(true);
+    EXPECT_TRUE(form->isLoaded());
+    EXPECT_FALSE(form->isShown());
+
+    std::string order;
+    auto inner = std::make_shared<SampleForm>(*desktop);
+    whenShown([&] {
+        whenShown([&] {
+            order += "inner ";
+            inner->unload();
+        });
+        inner->show(true);
+        order += "outer ";
+        form->unload();
+    });
+    form->show(true);
+    EXPECT_EQ(order, "inner outer ");
+    EXPECT_FALSE(form->isLoaded());
+}
+
+TEST_F(Window, ContentsGetTheNominalSizeLessTheChromeAndAUserResizeReportsItBack) {
+    show();
+    const TwipScale scale = TwipScale::ofScreen();
+    const QWidget* contents = window()->contents();
+    EXPECT_EQ(contents->size(), QSize(scale.pixels(6000), scale.pixels(6000)));
+    EXPECT_EQ(window()->pos(), QPoint(scale.pixels(1500), scale.pixels(1500)));
+    EXPECT_GT(contents->y(), 0); // the menu bar comes on top
+
+    int resizes = 0;
+    form->resize.connect([&] { ++resizes; });
+    window()->resize(window()->width() + 30, window()->height() + 20);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return resizes > 0; }));
+    EXPECT_DOUBLE_EQ(form->width, scale.twips(scale.pixels(6000) + 30) + 120);
+    EXPECT_DOUBLE_EQ(form->height, scale.twips(scale.pixels(6000) + 20) + 700);
+
+    resizes = 0;
+    form->width = 4507; // no whole number of pixels
+    form->left = 3001;
+    QTest::qWait(100);
+    EXPECT_EQ(contents->width(), scale.pixels(4387));
+    EXPECT_EQ(window()->x(), scale.pixels(3001));
+    EXPECT_DOUBLE_EQ(form->width, 4507); // rounding is not reported as the user's act
+    EXPECT_DOUBLE_EQ(form->left, 3001);
+    EXPECT_EQ(resizes, 1);
+}
+
+TEST_F(Window, MaximizedIsReportedWithTheSizeAndRestoredAsItWas) {
+    form->windowState = WindowState::Maximized;
+    show();
+    EXPECT_TRUE(window()->isMaximized());
+    window()->showNormal();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form->windowState == WindowState::Normal; }));
+    EXPECT_NEAR(form->width, 6120, 15);
+    EXPECT_NEAR(form->height, 6700, 15);
+}
+
+TEST_F(Window, AFormWithoutAPlaceOrOffEveryScreenIsCentred) {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    for (const double place : {0.0, 9e6, -9e6}) {
+        form->left = form->top = place;
+        form->show(false);
+        const QPoint off = window()->frameGeometry().center() - screen.center();
+        EXPECT_LE(off.manhattanLength(), 10) << place;
+        form->hide();
+    }
+}
+
+TEST_F(Window, AFormWithoutAKnownWindowIsAnErrorThatNamesIt) {
+    const auto unknown = std::make_shared<Form>(*desktop, "frmUnknown", "");
+    try {
+        unknown->show(false);
+        ADD_FAILURE();
+    } catch (const Error& error) {
+        EXPECT_THAT(error.description(), testing::HasSubstr("frmUnknown"));
+    }
+    EXPECT_FALSE(unknown->isShown());
+}
+
+TEST_F(Window, ABurstOfRepaintsPaintsAFewFramesAndEndsWithTheLastState) {
+    struct Painted : QObject {
+        QStringList texts;
+        bool eventFilter(QObject* label, QEvent* event) override {
+            if (event->type() == QEvent::Paint)
+                texts << static_cast<QLabel*>(label)->text();
+            return false;
+        }
+    } painted;
+    show();
+    view<QLabel>(form->lblTitle)->installEventFilter(&painted);
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 1; i <= 60000; ++i) {
+        form->lblTitle.caption = std::to_string(i);
+        desktop->repaint(form->lblTitle);
+        desktop->bringToFront(*form);
+    }
+    EXPECT_FALSE(painted.texts.isEmpty());
+    EXPECT_LE(painted.texts.size(), clock.elapsed() / 16 + 2);
+    desktop->doEvents();
+    EXPECT_EQ(painted.texts.last(), "60000");
+}
+
+TEST_F(QtDesktopTest, MessageBoxesShowWhatIsAskedAndGiveTheAnswer) {
+    struct Case {
+        Message message;
+        Qt::Key key;
+        Answer answer;
+    };
+    for (const Case& each : {
+             Case{{.text = "<b>Done", .icon = Icon::Information}, Qt::Key_Escape, Answer::Ok},
+             Case{{.text = "Go on?", .buttons = Buttons::OkCancel}, Qt::Key_Escape, Answer::Cancel},
+             Case{{.text = "Save?", .buttons = Buttons::YesNo, .defaultAnswer = Answer::No}, Qt::Key_Return, Answer::No},
+             Case{{.text = "Save?", .buttons = Buttons::YesNoCancel, .defaultAnswer = Answer::Yes}, Qt::Key_Return,
+                 Answer::Yes},
+             Case{{.text = "Save?", .buttons = Buttons::YesNoCancel}, Qt::Key_Escape, Answer::Cancel},
+         }) {
+        desktop->setPointer(Pointer::Hourglass);
+        whenShown([&] {
+            auto* box = static_cast<QMessageBox*>(QApplication::activeModalWidget());
+            EXPECT_EQ(box->windowTitle(), "Kestal utilities");
+            EXPECT_EQ(box->text().toStdString(), each.message.text);
+            EXPECT_EQ(box->textFormat(), Qt::PlainText);
+            EXPECT_FALSE(QApplication::overrideCursor());
+            QTest::keyClick(box, each.key);
+        });
+        EXPECT_EQ(desktop->ask(each.message), each.answer) << each.message.text;
+        EXPECT_EQ(desktop->pointer(), Pointer::Hourglass);
+        desktop->setPointer(Pointer::Default);
+        EXPECT_FALSE(QApplication::overrideCursor());
+    }
+}
+
+TEST(FileDialogs, FiltersMatchNamesInUpperAndLowerCase) {
+    EXPECT_EQ(toNameFilters("Log (*.LOG)|*.log|Extract (*.&*)|*.&*;*.x1|All files (*.*)|*.*|"),
+        QStringList({"Log (*.LOG) (*.[lL][oO][gG])", "Extract (*.&*) (*.&* *.[xX]1)", "All files (*.*) (*)"}));
+}
+
+TEST(LineRuler, AgreesWithTheTextsColumnsAndFindsEveryCharacterAgain) {
+    QFont font;
+    font.setFamilies({"Liberation Mono"});
+    LineRuler ruler(font);
+    ASSERT_TRUE(ruler.isFixedPitch());
+    std::string mixed, accents(3, 'x');
+    for (int i = 0; i < 3000; ++i) {
+        mixed += i % 7 ? "word " : "\t測量e\u0301 ";
+        accents += "é"; // two bytes across every mark
+    }
+    std::size_t number = 0;
+    for (const std::string& line : {std::string("a\tb\u00E9"), std::string(20000, 'x'), mixed, accents}) {
+        ++number;
+        EXPECT_DOUBLE_EQ(ruler.xOf(line, number, line.size()), double(text::columnsOf(line)) * ruler.columnWidth());
+        for (std::size_t byte = 0; byte < line.size(); byte += 997) {
+            while ((line[byte] & 0xC0) == 0x80)
+                ++byte;
+            const double x = ruler.xOf(line, number, byte);
+            EXPECT_DOUBLE_EQ(x, double(text::columnsOf(line.substr(0, byte))) * ruler.columnWidth());
+            const auto spot = ruler.spotAt(line, number, x + ruler.columnWidth() / 2);
+            EXPECT_LE(spot.x, x + ruler.columnWidth() / 2);
+            EXPECT_LT(std::max(spot.byte, byte) - std::min(spot.byte, byte), 4u) << number << " " << byte;
+        }
+    }
+}
+
+class TextViewTest : public testing::Test {
+protected:
+    TextViewTest() {
+        QFont font;
+        font.setFamilies({"Liberation Mono"});
+        view.setFont(font);
+        view.setFrameShape(QFrame::NoFrame);
+        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        view.resize(400, 10 * QFontMetrics(font).height() + 5); // ten whole rows
+        view.show();
+    }
+    void showLines(int count, const std::string& rest = "") {
+        std::string whole;
+        for (int i = 0; i < count; ++i)
+            whole += (i ? "\n" : "") + std::to_string(i) + rest;
+        view.setDocument(std::make_shared<text::TextDocument>(text::TextDocument::fromBytes(whole)));
+    }
+    TextView view;
+};
+
+TEST_F(TextViewTest, KeysWheelAndBarBringTheRightLines) {
+    showLines(1000);
+    struct Case {
+        Qt::Key key;
+        std::size_t first;
+    };
+    for (const Case& each : {Case{Qt::Key_Up, 0}, Case{Qt::Key_Down, 1}, Case{Qt::Key_PageDown, 10}, Case{Qt::Key_End, 990},
+             Case{Qt::Key_Down, 990}, Case{Qt::Key_PageUp, 981}, Case{Qt::Key_Home, 0}}) {
+        QTest::keyClick(&view, each.key);
+        EXPECT_EQ(view.firstVisible().line, each.first) << each.key;
+    }
+    view.verticalScrollBar()->setValue(500);
+    EXPECT_EQ(view.visibleText().section('\n', 0, 0), "500");
+    EXPECT_EQ(view.visibleText().count('\n'), 9);
+    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view.viewport(), &wheel);
+    EXPECT_EQ(view.firstVisible().line, std::size_t(500 + QApplication::wheelScrollLines()));
+    const QImage scrolled = view.grab().toImage();
+    view.followKey(key::Down, false);
+    EXPECT_NE(view.grab().toImage(), scrolled);
+    view.followKey(key::Up, false);
+    EXPECT_EQ(view.grab().toImage(), scrolled);
+}
+
+TEST_F(TextViewTest, WrappingShowsEveryWordOnceInOrderWhateverTheWidth) {
+    std::string words;
+    for (int i = 0; i < 4000; ++i) // longer than one piece
+        words += "é" + std::to_string(i) + " ";
+    const auto document = std::make_shared<text::TextDocument>(text::TextDocument::fromBytes("first\n\n" + words + "\nlast"));
+    view.setWrapsLines(true);
+    view.setDocument(document);
+    for (const int width : {400, 150, 20}) {
+        view.resize(width, view.height());
+        view.followKey(key::Home, false);
+        QString seen = view.visibleText().section('\n', 0, 0);
+        for (TextPosition before{1, 0}; before != view.firstVisible();) {
+            before = view.firstVisible();
+            view.followKey(key::Down, false);
+            if (before != view.firstVisible())
+                seen += view.visibleText().section('\n', 0, 0);
+        }
+        seen += view.visibleText().section('\n', 1).remove('\n');
+        EXPECT_EQ(seen.toStdString(), "first" + words + "last") << width;
+        view.followKey(key::PageUp, false);
+        view.followKey(key::PageDown, false);
+        EXPECT_TRUE(view.visibleText().remove('\n').endsWith("last")) << width;
+    }
+}
+
+TEST_F(TextViewTest, SelectionByKeysAndMouseIsCopiedAsText) {
+    showLines(100, "\té\U0001F600x");
+    QTest::keyClick(&view, Qt::Key_Down, Qt::ShiftModifier);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(&view, Qt::Key_Right, Qt::ShiftModifier);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "0\té\U0001F600x\n1\té");
+
+    const QFontMetricsF metrics(view.font());
+    const auto at = [&](int row, double column) {
+        return QPoint(int(3 + column * metrics.horizontalAdvance('x')), int((row + 0.5) * std::ceil(metrics.height())));
+    };
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at(2, 8.8)); // nearer to the next boundary
+    QTest::mouseMove(view.viewport(), at(3, 0.2));
+    QMouseEvent drag(QEvent::MouseMove, at(3, 1.2), at(3, 1.2), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(view.viewport(), &drag);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at(3, 1.2));
+    EXPECT_EQ(view.selectedText(), "\U0001F600x\n3");
+
+    QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(view.selectedText().count('\n'), 99);
+    showLines(1);
+    EXPECT_EQ(view.selectedText(), "");
+}
+
+TEST(FileViewWindow, ShowsTheFileUnderItsTitleWithTheMenusOfItsMode) {
+    const auto desktop = makeQtDesktop();
+    fake::FakeHost host;
+    fake::FakeFiles files;
+    Component component(*desktop, files, host);
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write("first line\nsecond line\n");
+    file.close();
+    RecordPtr prog = fake::programObject();
+    cFileViewLoader loader(component);
+    loader.LoadFileViewForm(false, false, 25, file.fileName().toStdString(), prog, "");
+
+    const auto form = loader.form();
+    QWidget* const window = openWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    EXPECT_EQ(window->windowTitle(), "Processing Log: " + file.fileName());
+    auto* view = dynamic_cast<TextView*>(window->findChild<QWidget*>("rtbViewText"));
+    EXPECT_EQ(view->visibleText(), "first line\nsecond line\n");
+    EXPECT_TRUE(view->hasFocus());
+    QStringList menus;
+    for (const QAction* menu : window->findChild<QMenuBar*>()->actions())
+        for (const QAction* item : menu->menu()->actions())
+            if (item->isVisible())
+                menus << menu->text() + "/" + item->text() + (item->isEnabled() ? "" : " off");
+    EXPECT_EQ(menus, QStringList({"&File/&Open ...", "&File/&Save off", "&File/Save-&As", "&File/&Print ...", "&File/",
+                         "&File/&Close", "&View/&Refresh"}));
+    for (const char* hidden : {"pnlHelp", "pnlButtons", "cmdClose"})
+        EXPECT_FALSE(window->findChild<QWidget*>(hidden)->isVisible()) << hidden;
+    window->findChild<QAction*>("mnu_Close")->trigger();
+    EXPECT_FALSE(form->isLoaded());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+} // namespace genutil
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,124 @@
+#include "hostif/error.h"
+#include "platform/system/wipe_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace genutil {
+namespace {
+
+namespace fs = std::filesystem;
+
+class WipeFile : public testing::Test {
+protected:
+    WipeFile() {
+        std::string pattern = (fs::temp_directory_path() / "wipe-XXXXXX").string();
+        folder = ::mkdtemp(pattern.data());
+    }
+    ~WipeFile() override { fs::remove_all(folder); }
+
+    std::string make(const std::string& name, const std::string& contents = "secret") {
+        std::ofstream(folder / name, std::ios::binary) << contents;
+        return (folder / name).string();
+    }
+
+    fs::path folder;
+    std::unique_ptr<FileSystem> files = makeSystemFiles();
+};
+
+TEST_F(WipeFile, TruncatesAndRemovesAFileOfAnySize) {
+    for (const std::size_t size : {std::size_t(0), std::size_t(1), std::size_t(200'001)}) {
+        const std::string path = make("report.log", std::string(size, 'x'));
+        const int before = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        files->wipeFile(path);
+        EXPECT_FALSE(fs::exists(path)) << size;
+        struct stat left {};
+        ASSERT_EQ(::fstat(before, &left), 0);
+        EXPECT_EQ(left.st_size, 0) << size;
+        ::close(before);
+    }
+}
+
+TEST_F(WipeFile, OverwritesFromTheStartAndSaysSoWhenItCannotGoOn) {
+    constexpr std::size_t size = 200'001;
+    constexpr std::size_t writable = 100'000;
+    const std::string path = make("report.log", std::string(size, 'x'));
+    rlimit earlier{};
+    ::getrlimit(RLIMIT_FSIZE, &earlier);
+    const rlimit limited{writable, earlier.rlim_max};
+    std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &limited);
+    try {
+        files->wipeFile(path);
+        ADD_FAILURE() << "the failure was not told";
+    } catch (const Error& error) {
+        EXPECT_THAT(error.description(), testing::HasSubstr("Cannot overwrite '" + path));
+    }
+    ::setrlimit(RLIMIT_FSIZE, &earlier);
+    std::signal(SIGXFSZ, SIG_DFL);
+    std::ifstream file(path, std::ios::binary);
+    const std::string left(std::istreambuf_iterator<char>(file), {});
+    EXPECT_EQ(left, std::string(writable, '\0') + std::string(size - writable, 'x'));
+}
+
+TEST_F(WipeFile, RefusesWhatIsNotOneRegularFileAndNamesThePathAndTheRule) {
+    const std::string target = make("target.log");
+    fs::create_symlink(target, folder / "link.log");
+    fs::create_hard_link(make("first.log"), folder / "second.log");
+    fs::create_directory(folder / "folder");
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+
+    struct Case {
+        std::string path;
+        int number;
+        std::string rule;
+    };
+    for (const Case& each : {
+             Case{(folder / "link.log").string(), errors::PathAccess, "symbolic link"},
+             Case{(folder / "second.log").string(), errors::PathAccess, "hard links"},
+             Case{(folder / "folder").string(), errors::PathAccess, "only regular files"},
+             Case{(folder / "pipe").string(), errors::PathAccess, "only regular files"},
+             Case{"/dev/null", errors::PathAccess, "only regular files"},
+             Case{(folder / "missing.log").string(), errors::FileNotFound, "Cannot find"},
+             Case{target + std::string(1, '\0') + "x", errors::BadFileName, "zero bytes"},
+             Case{"", errors::BadFileName, "needs a name"},
+         }) {
+        try {
+            files->wipeFile(each.path);
+            ADD_FAILURE() << each.path << " was wiped";
+        } catch (const Error& error) {
+            EXPECT_EQ(error.number(), each.number) << each.path;
+            EXPECT_THAT(error.description(), testing::HasSubstr(each.rule));
+            if (each.number != errors::BadFileName) {
+                EXPECT_THAT(error.description(), testing::HasSubstr(each.path));
+            }
+        }
+    }
+    for (const char* kept : {"target.log", "first.log", "second.log"}) {
+        std::ifstream file(folder / kept);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "secret") << kept;
+    }
+}
+
+TEST_F(WipeFile, LeavesAFileThatCannotBeWrittenAsItIs) {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "the superuser may write every file";
+    const std::string path = make("locked.log");
+    fs::permissions(path, fs::perms::owner_read);
+    EXPECT_THROW(files->wipeFile(path), Error);
+    EXPECT_EQ(fs::file_size(path), 6u);
+}
+
+} // namespace
+} // namespace genutil
