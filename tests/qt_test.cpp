@@ -45,8 +45,8 @@ struct SampleForm : Form {
         keyPreview = true;
         int order = 0;
         for (Control* control : {static_cast<Control*>(&txtName), static_cast<Control*>(&chkBold),
-                 static_cast<Control*>(&optMetres), static_cast<Control*>(&cboUnit), static_cast<Control*>(&cmdOk),
-                 static_cast<Control*>(&rtbText)})
+                 static_cast<Control*>(&optMetres), static_cast<Control*>(&cboUnit),
+                 static_cast<Control*>(&cmdOk), static_cast<Control*>(&rtbText)})
             control->tabIndex = order++;
     }
 
@@ -127,9 +127,9 @@ TEST(TwipScale, ConvertsByTheResolutionAndSurvivesAnyNumber) {
         double dotsPerInch, twips;
         int pixels, holding;
     };
-    for (const Case& each : {Case{96, 15, 1, 1}, Case{96, 22.4, 1, 2}, Case{96, -15, -1, -1}, Case{192, 15, 2, 2},
-             Case{72, 40, 2, 2}, Case{0, 30, 2, 2}, Case{96, 1e300, 16777215, 16777215}, Case{96, -1e300, -16777215, -16777215},
-             Case{96, std::nan(""), 0, 0}}) {
+    for (const Case& each : {Case{96, 15, 1, 1}, Case{96, 22.4, 1, 2}, Case{96, -15, -1, -1},
+             Case{192, 15, 2, 2}, Case{72, 40, 2, 2}, Case{0, 30, 2, 2}, Case{96, 1e300, 16777215, 16777215},
+             Case{96, -1e300, -16777215, -16777215}, Case{96, std::nan(""), 0, 0}}) {
         EXPECT_EQ(TwipScale(each.dotsPerInch).pixels(each.twips), each.pixels) << each.twips;
         EXPECT_EQ(TwipScale(each.dotsPerInch).pixelsHolding(each.twips), each.holding) << each.twips;
     }
@@ -145,7 +145,8 @@ TEST_F(QtDesktopTest, MeasuresTextAsWideAsItsLabelShowsIt) {
     place(shown, form->lblTitle);
     EXPECT_EQ(shown->width(), std::ceil(QFontMetricsF(shown->font()).horizontalAdvance(text)));
     EXPECT_EQ(shown->x(), TwipScale::ofScreen().pixels(240));
-    EXPECT_DOUBLE_EQ(desktop->screen().width, QGuiApplication::primaryScreen()->size().width() * desktop->screen().twipsPerPixel);
+    EXPECT_DOUBLE_EQ(desktop->screen().width,
+        QGuiApplication::primaryScreen()->size().width() * desktop->screen().twipsPerPixel);
     EXPECT_TRUE(desktop->isFixedPitch({.name = "Courier New"}));
     EXPECT_FALSE(desktop->isFixedPitch({.name = "MS Sans Serif"}));
 }
@@ -154,7 +155,9 @@ TEST_F(Binding, ShowsTheModelAndReportsTheUserForEachKind) {
     form->cboUnit.items = {{"m", 1}, {"ft", 2}};
     show();
     std::string heard;
-    const auto hear = [&](auto& event, const char* what) { event.connect([&heard, what] { heard += what; }); };
+    const auto hear = [&](auto& event, const char* what) {
+        event.connect([&heard, what] { heard += what; });
+    };
     hear(form->txtName.change, "text ");
     hear(form->chkBold.click, "tick ");
     hear(form->optMetres.click, "option ");
@@ -210,7 +213,8 @@ TEST_F(Binding, EveryViewHasNamesAndFollowsEnabledVisibleAndToolTip) {
             continue;
         QWidget* shown = window()->viewOf(*control);
         ASSERT_TRUE(shown) << control->name();
-        EXPECT_FALSE(shown->accessibleName().isEmpty() || shown->accessibleName().contains('&')) << control->name();
+        EXPECT_FALSE(shown->accessibleName().isEmpty() || shown->accessibleName().contains('&'))
+            << control->name();
         control->toolTip = "Tip";
         control->enabled = false;
         EXPECT_EQ(shown->toolTip(), "Tip") << control->name();
@@ -218,7 +222,8 @@ TEST_F(Binding, EveryViewHasNamesAndFollowsEnabledVisibleAndToolTip) {
         control->visible = false;
         EXPECT_FALSE(shown->isVisible()) << control->name();
     }
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(view<QWidget>(form->rtbText))->role(), QAccessible::EditableText);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(view<QWidget>(form->rtbText))->role(),
+        QAccessible::EditableText);
 }
 
 TEST_F(Binding, AViewFallsBackToWhatTheModelMadeOfTheUsersAct) {
@@ -439,9 +444,10 @@ TEST_F(QtDesktopTest, MessageBoxesShowWhatIsAskedAndGiveTheAnswer) {
     for (const Case& each : {
              Case{{.text = "<b>Done", .icon = Icon::Information}, Qt::Key_Escape, Answer::Ok},
              Case{{.text = "Go on?", .buttons = Buttons::OkCancel}, Qt::Key_Escape, Answer::Cancel},
-             Case{{.text = "Save?", .buttons = Buttons::YesNo, .defaultAnswer = Answer::No}, Qt::Key_Return, Answer::No},
-             Case{{.text = "Save?", .buttons = Buttons::YesNoCancel, .defaultAnswer = Answer::Yes}, Qt::Key_Return,
-                 Answer::Yes},
+             Case{{.text = "Save?", .buttons = Buttons::YesNo, .defaultAnswer = Answer::No}, Qt::Key_Return,
+                 Answer::No},
+             Case{{.text = "Save?", .buttons = Buttons::YesNoCancel, .defaultAnswer = Answer::Yes},
+                 Qt::Key_Return, Answer::Yes},
              Case{{.text = "Save?", .buttons = Buttons::YesNoCancel}, Qt::Key_Escape, Answer::Cancel},
          }) {
         desktop->setPointer(Pointer::Hourglass);
@@ -462,7 +468,8 @@ TEST_F(QtDesktopTest, MessageBoxesShowWhatIsAskedAndGiveTheAnswer) {
 
 TEST(FileDialogs, FiltersMatchNamesInUpperAndLowerCase) {
     EXPECT_EQ(toNameFilters("Log (*.LOG)|*.log|Extract (*.&*)|*.&*;*.x1|All files (*.*)|*.*|"),
-        QStringList({"Log (*.LOG) (*.[lL][oO][gG])", "Extract (*.&*) (*.&* *.[xX]1)", "All files (*.*) (*)"}));
+        QStringList(
+            {"Log (*.LOG) (*.[lL][oO][gG])", "Extract (*.&*) (*.&* *.[xX]1)", "All files (*.*) (*)"}));
 }
 
 TEST(LineRuler, AgreesWithTheTextsColumnsAndFindsEveryCharacterAgain) {
@@ -478,7 +485,8 @@ TEST(LineRuler, AgreesWithTheTextsColumnsAndFindsEveryCharacterAgain) {
     std::size_t number = 0;
     for (const std::string& line : {std::string("a\tb\u00E9"), std::string(20000, 'x'), mixed, accents}) {
         ++number;
-        EXPECT_DOUBLE_EQ(ruler.xOf(line, number, line.size()), double(text::columnsOf(line)) * ruler.columnWidth());
+        EXPECT_DOUBLE_EQ(
+            ruler.xOf(line, number, line.size()), double(text::columnsOf(line)) * ruler.columnWidth());
         for (std::size_t byte = 0; byte < line.size(); byte += 997) {
             while ((line[byte] & 0xC0) == 0x80)
                 ++byte;
@@ -517,8 +525,9 @@ TEST_F(TextViewTest, KeysWheelAndBarBringTheRightLines) {
         Qt::Key key;
         std::size_t first;
     };
-    for (const Case& each : {Case{Qt::Key_Up, 0}, Case{Qt::Key_Down, 1}, Case{Qt::Key_PageDown, 10}, Case{Qt::Key_End, 990},
-             Case{Qt::Key_Down, 990}, Case{Qt::Key_PageUp, 981}, Case{Qt::Key_Home, 0}}) {
+    for (const Case& each :
+        {Case{Qt::Key_Up, 0}, Case{Qt::Key_Down, 1}, Case{Qt::Key_PageDown, 10}, Case{Qt::Key_End, 990},
+            Case{Qt::Key_Down, 990}, Case{Qt::Key_PageUp, 981}, Case{Qt::Key_Home, 0}}) {
         QTest::keyClick(&view, each.key);
         EXPECT_EQ(view.firstVisible().line, each.first) << each.key;
     }
@@ -539,7 +548,8 @@ TEST_F(TextViewTest, WrappingShowsEveryWordOnceInOrderWhateverTheWidth) {
     std::string words;
     for (int i = 0; i < 4000; ++i) // longer than one piece
         words += "é" + std::to_string(i) + " ";
-    const auto document = std::make_shared<text::TextDocument>(text::TextDocument::fromBytes("first\n\n" + words + "\nlast"));
+    const auto document =
+        std::make_shared<text::TextDocument>(text::TextDocument::fromBytes("first\n\n" + words + "\nlast"));
     view.setWrapsLines(true);
     view.setDocument(document);
     for (const int width : {400, 150, 20}) {
@@ -570,7 +580,8 @@ TEST_F(TextViewTest, SelectionByKeysAndMouseIsCopiedAsText) {
 
     const QFontMetricsF metrics(view.font());
     const auto at = [&](int row, double column) {
-        return QPoint(int(3 + column * metrics.horizontalAdvance('x')), int((row + 0.5) * std::ceil(metrics.height())));
+        return QPoint(
+            int(3 + column * metrics.horizontalAdvance('x')), int((row + 0.5) * std::ceil(metrics.height())));
     };
     QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at(2, 8.8)); // nearer to the next boundary
     QTest::mouseMove(view.viewport(), at(3, 0.2));
@@ -610,8 +621,8 @@ TEST(FileViewWindow, ShowsTheFileUnderItsTitleWithTheMenusOfItsMode) {
         for (const QAction* item : menu->menu()->actions())
             if (item->isVisible())
                 menus << menu->text() + "/" + item->text() + (item->isEnabled() ? "" : " off");
-    EXPECT_EQ(menus, QStringList({"&File/&Open ...", "&File/&Save off", "&File/Save-&As", "&File/&Print ...", "&File/",
-                         "&File/&Close", "&View/&Refresh"}));
+    EXPECT_EQ(menus, QStringList({"&File/&Open ...", "&File/&Save off", "&File/Save-&As", "&File/&Print ...",
+                         "&File/", "&File/&Close", "&View/&Refresh"}));
     for (const char* hidden : {"pnlHelp", "pnlButtons", "cmdClose"})
         EXPECT_FALSE(window->findChild<QWidget*>(hidden)->isVisible()) << hidden;
     window->findChild<QAction*>("mnu_Close")->trigger();

@@ -48,7 +48,6 @@ HelpWindow::HelpWindow(const HelpTexts& texts, QWidget* parent)
     halves->addWidget(page);
     halves->setStretchFactor(0, 0);
     halves->setStretchFactor(1, 1);
-    halves->setSizes({240, 520});
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -56,6 +55,7 @@ HelpWindow::HelpWindow(const HelpTexts& texts, QWidget* parent)
     layout->addWidget(halves, 1);
     layout->addWidget(buttons);
     resize(QSize(800, 520).boundedTo(screen()->availableSize()));
+    halves->setSizes({width() * 3 / 10, width() * 7 / 10});
 
     connect(topics_, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {
         if (const HelpTopic* topic = item ? texts_.find(item->data(Qt::UserRole).toInt()) : nullptr)

@@ -25,12 +25,16 @@
 namespace genutil {
 namespace {
 
-QString toQt(const std::string& text) { return QString::fromStdString(text); }
+QString toQt(const std::string& text) {
+    return QString::fromStdString(text);
+}
 
 // A caption as a screen reader speaks it: without the mark of the access key.
 QString spoken(const std::string& caption) {
     QString text = toQt(caption);
-    text.replace(QLatin1String("&&"), QString(QChar(0))).remove(QLatin1Char('&')).replace(QChar(0), QLatin1Char('&'));
+    text.replace(QLatin1String("&&"), QString(QChar(0)))
+        .remove(QLatin1Char('&'))
+        .replace(QChar(0), QLatin1Char('&'));
     return text;
 }
 
@@ -48,7 +52,8 @@ void applyCommon(QWidget& view, const Control& model, Aspect aspect) {
 constexpr std::array everyAspect{Aspect::Font, Aspect::Items, Aspect::Caption, Aspect::Text, Aspect::Value,
     Aspect::Locked, Aspect::Help, Aspect::Enabled, Aspect::Visible};
 
-// What all kinds share. `applyOwn` puts the kind's own aspects into the view; it runs with the view's signals blocked.
+// What all kinds share. `applyOwn` puts the kind's own aspects into the view; it runs with the view's signals
+// blocked.
 template<class View, class ApplyOwn>
 InputTie* tieWidget(View* view, Control& model, ApplyOwn applyOwn) {
     const auto apply = [view, &model, applyOwn](Aspect aspect) {
@@ -71,7 +76,8 @@ void showCaption(View& view, const Model& model) {
     view.setAccessibleName(model.caption.get().empty() ? toQt(model.name()) : spoken(model.caption));
 }
 
-// After a user's act the model may hold another state than the view: it refused, or a handler changed it back.
+// After a user's act the model may hold another state than the view: it refused, or a handler changed it
+// back.
 template<class View, class Act, class Restore>
 void actAndRestore(View* view, Control& model, Act act, Restore restore) {
     const QPointer<View> left(view);
@@ -96,7 +102,8 @@ int utf16Size(const std::string& text, std::size_t units) {
 
 void bind(QLabel* view, Label& model) {
     view->setTextFormat(Qt::PlainText);
-    // A caption that changes faster than the screen is shown once a refresh, the last one with the pending events.
+    // A caption that changes faster than the screen is shown once a refresh, the last one with the pending
+    // events.
     struct Pace {
         BurstGate gate;
         bool pending = false;
@@ -133,7 +140,8 @@ void bind(QPushButton* view, Button& model) {
         else if (aspect == Aspect::Value)
             view->setDefault(model.isDefault);
     });
-    QObject::connect(view, &QPushButton::clicked, tie, [&model] { report(model, [&] { model.userPress(); }); });
+    QObject::connect(
+        view, &QPushButton::clicked, tie, [&model] { report(model, [&] { model.userPress(); }); });
 }
 
 void bind(QAction* view, MenuItem& model) {
@@ -153,7 +161,8 @@ void bind(QAction* view, MenuItem& model) {
     auto* tie = new Tie(view, model, apply);
     apply(Aspect::Caption);
     QObject::connect(view, &QAction::triggered, tie, [view, &model, apply] {
-        actAndRestore(view, model, [&] { model.userChoose(); }, [&] { apply(Aspect::Value); });
+        actAndRestore(
+            view, model, [&] { model.userChoose(); }, [&] { apply(Aspect::Value); });
     });
 }
 
@@ -169,7 +178,8 @@ void bind(QLineEdit* view, TextBox& model) {
             view->setReadOnly(model.locked);
         } else if (aspect == Aspect::Value) {
             const int start = utf16Size(model.text, model.selectionStart);
-            view->setSelection(start, utf16Size(model.text, model.selectionStart + model.selectionLength) - start);
+            view->setSelection(
+                start, utf16Size(model.text, model.selectionStart + model.selectionLength) - start);
         }
     });
     const auto reportSelection = [view, &model] {
@@ -181,7 +191,8 @@ void bind(QLineEdit* view, TextBox& model) {
     QObject::connect(view, &QLineEdit::selectionChanged, tie, reportSelection);
     QObject::connect(view, &QLineEdit::cursorPositionChanged, tie, reportSelection);
     QObject::connect(view, &QLineEdit::textEdited, tie, [view, &model, showText](const QString& text) {
-        actAndRestore(view, model, [&] { model.userEdit(text.toStdString()); }, showText);
+        actAndRestore(
+            view, model, [&] { model.userEdit(text.toStdString()); }, showText);
     });
 }
 
@@ -193,7 +204,8 @@ void bind(QCheckBox* view, CheckBox& model) {
             view->setChecked(model.ticked);
     });
     QObject::connect(view, &QCheckBox::clicked, tie, [view, &model] {
-        actAndRestore(view, model, [&] { model.userToggle(); }, [&] { view->setChecked(model.ticked); });
+        actAndRestore(
+            view, model, [&] { model.userToggle(); }, [&] { view->setChecked(model.ticked); });
     });
 }
 
@@ -206,7 +218,8 @@ void bind(QRadioButton* view, OptionButton& model) {
             view->setChecked(model.selected);
     });
     QObject::connect(view, &QRadioButton::clicked, tie, [view, &model] {
-        actAndRestore(view, model, [&] { model.userSelect(); }, [&] { view->setChecked(model.selected); });
+        actAndRestore(
+            view, model, [&] { model.userSelect(); }, [&] { view->setChecked(model.selected); });
     });
 }
 
@@ -222,7 +235,8 @@ void bind(QComboBox* view, ComboBox& model) {
     });
     QObject::connect(view, &QComboBox::activated, tie, [view, &model](int index) {
         actAndRestore(
-            view, model, [&] { model.userSelect(std::int16_t(index)); }, [&] { view->setCurrentIndex(model.listIndex); });
+            view, model, [&] { model.userSelect(std::int16_t(index)); },
+            [&] { view->setCurrentIndex(model.listIndex); });
     });
 }
 

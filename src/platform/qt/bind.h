@@ -18,8 +18,8 @@ namespace genutil {
 class GaugeBar;
 class TextView;
 
-// bind(view, model): the view shows the model's state from now on and reports the user's acts to it. The view's object
-// name becomes the control's name. A bound view must be a child of the form's window.
+// bind(view, model): the view shows the model's state from now on and reports the user's acts to it. The
+// view's object name becomes the control's name. A bound view must be a child of the form's window.
 void bind(QLabel* view, Label& model);
 void bind(QFrame* view, Panel& model);
 void bind(QPushButton* view, Button& model);

@@ -4,8 +4,8 @@
 
 namespace genutil {
 
-// Lets something through at most once in a screen refresh: a host that reports its progress a million times a second
-// pays for the frames that the eye can see and for no more.
+// Lets something through at most once in a screen refresh: a host that reports its progress a million times a
+// second pays for the frames that the eye can see and for no more.
 class BurstGate {
 public:
     bool pass() {

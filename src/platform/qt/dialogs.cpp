@@ -12,11 +12,16 @@ namespace {
 
 QMessageBox::Icon toQt(Icon icon) {
     switch (icon) {
-    case Icon::Information: return QMessageBox::Information;
-    case Icon::Question: return QMessageBox::Question;
-    case Icon::Exclamation: return QMessageBox::Warning;
-    case Icon::Critical: return QMessageBox::Critical;
-    case Icon::None: break;
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::Critical:
+        return QMessageBox::Critical;
+    case Icon::None:
+        break;
     }
     return QMessageBox::NoIcon;
 }
@@ -35,10 +40,14 @@ constexpr std::array answerButtons{
 
 QMessageBox::StandardButtons toQt(Buttons buttons) {
     switch (buttons) {
-    case Buttons::OkCancel: return QMessageBox::Ok | QMessageBox::Cancel;
-    case Buttons::YesNo: return QMessageBox::Yes | QMessageBox::No;
-    case Buttons::YesNoCancel: return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-    case Buttons::Ok: break;
+    case Buttons::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case Buttons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case Buttons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case Buttons::Ok:
+        break;
     }
     return QMessageBox::Ok;
 }
@@ -46,15 +55,16 @@ QMessageBox::StandardButtons toQt(Buttons buttons) {
 QString anyCase(const QString& pattern) {
     QString result;
     for (const QChar c : pattern)
-        result += c.toLower() == c.toUpper() ? QString(c) : QStringLiteral("[%1%2]").arg(c.toLower()).arg(c.toUpper());
+        result += c.toLower() == c.toUpper() ? QString(c)
+                                             : QStringLiteral("[%1%2]").arg(c.toLower()).arg(c.toUpper());
     return result;
 }
 
 } // namespace
 
 Answer showMessage(const Message& message) {
-    QMessageBox box(toQt(message.icon), QString::fromStdString(message.title), QString::fromStdString(message.text),
-        toQt(message.buttons), QApplication::activeWindow());
+    QMessageBox box(toQt(message.icon), QString::fromStdString(message.title),
+        QString::fromStdString(message.text), toQt(message.buttons), QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.setObjectName(QStringLiteral("message"));
     for (const AnswerButton& each : answerButtons)
@@ -65,7 +75,9 @@ Answer showMessage(const Message& message) {
         if (each.button == pressed)
             return each.answer;
     // Only a box that the application took away has no pressed button.
-    return message.buttons == Buttons::Ok ? Answer::Ok : message.buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+    return message.buttons == Buttons::Ok      ? Answer::Ok
+           : message.buttons == Buttons::YesNo ? Answer::No
+                                               : Answer::Cancel;
 }
 
 QStringList toNameFilters(const std::string& filter) {
@@ -75,8 +87,10 @@ QStringList toNameFilters(const std::string& filter) {
         QStringList patterns;
         for (const QString& pattern : pieces[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts))
             // Names without a dot are files too.
-            patterns << (pattern.trimmed() == QLatin1String("*.*") ? QStringLiteral("*") : anyCase(pattern.trimmed()));
-        filters << pieces[i].trimmed() + QStringLiteral(" (") + patterns.join(QLatin1Char(' ')) + QLatin1Char(')');
+            patterns << (pattern.trimmed() == QLatin1String("*.*") ? QStringLiteral("*")
+                                                                   : anyCase(pattern.trimmed()));
+        filters << pieces[i].trimmed() + QStringLiteral(" (") + patterns.join(QLatin1Char(' ')) +
+                       QLatin1Char(')');
     }
     return filters;
 }

@@ -16,7 +16,8 @@ enum class FileDialogKind { Open, Save };
 // False when the user cancelled; `dialog` is then as it was. A name is chosen with its full path.
 bool showFileDialog(QWidget* owner, FileDialog& dialog, FileDialogKind kind);
 
-// "Log (*.LOG)|*.log|All files|*.*|" as the toolkit's filters, which match names in upper and lower case alike.
+// "Log (*.LOG)|*.log|All files|*.*|" as the toolkit's filters, which match names in upper and lower case
+// alike.
 QStringList toNameFilters(const std::string& filter);
 
 } // namespace genutil

@@ -25,8 +25,8 @@ constexpr std::array substitutes{
 QFont toQFont(const Font& font) {
     QFont result;
     const QString name = QString::fromStdString(font.name);
-    const auto known = std::ranges::find_if(
-        substitutes, [&](const Substitute& s) { return name.compare(QLatin1String(s.name), Qt::CaseInsensitive) == 0; });
+    const auto known = std::ranges::find_if(substitutes,
+        [&](const Substitute& s) { return name.compare(QLatin1String(s.name), Qt::CaseInsensitive) == 0; });
     if (known == substitutes.end()) {
         result.setFamilies({name});
     } else {
@@ -36,7 +36,8 @@ QFont toQFont(const Font& font) {
     if (font.size > 0)
         result.setPointSizeF(font.size);
     result.setBold(font.bold);
-    // Pairs of letters do not move together: a text is as wide as its characters, in every view and measurement.
+    // Pairs of letters do not move together: a text is as wide as its characters, in every view and
+    // measurement.
     result.setKerning(false);
     return result;
 }

@@ -11,7 +11,8 @@ template<class Window, class FormClass>
 FormWindow* make(const std::shared_ptr<Form>& form) {
     const auto known = std::dynamic_pointer_cast<FormClass>(form);
     if (!known)
-        throw Error(errors::InternalError, "The form named " + form->name() + " is of another class than its window");
+        throw Error(
+            errors::InternalError, "The form named " + form->name() + " is of another class than its window");
     return new Window(known);
 }
 

@@ -17,7 +17,8 @@
 namespace genutil {
 namespace {
 
-// A window manager tells the size and the state one after the other: both are reported together, in milliseconds.
+// A window manager tells the size and the state one after the other: both are reported together, in
+// milliseconds.
 constexpr int resizePause = 20;
 constexpr int stateChangePause = 100;
 
@@ -62,15 +63,21 @@ FormWindow::FormWindow(std::shared_ptr<Form> form, Qt::WindowFlags flags)
     apply(Aspect::Enabled);
 }
 
-void FormWindow::addMenuBar() { menuBar_ = makeMenuBar(this, *form_); }
+void FormWindow::addMenuBar() {
+    menuBar_ = makeMenuBar(this, *form_);
+}
 
 QWidget* FormWindow::viewOf(const Control& control) const {
     return findChild<QWidget*>(QString::fromStdString(control.name()));
 }
 
-QSize FormWindow::naturalSize() const { return contents_->sizeHint().expandedTo({200, 100}); }
+QSize FormWindow::naturalSize() const {
+    return contents_->sizeHint().expandedTo({200, 100});
+}
 
-int FormWindow::menuHeight(int width) const { return menuBar_ ? menuBar_->heightForWidth(width) : 0; }
+int FormWindow::menuHeight(int width) const {
+    return menuBar_ ? menuBar_->heightForWidth(width) : 0;
+}
 
 QSize FormWindow::wantedContents() const {
     const WindowChrome& chrome = form_->chrome();
@@ -78,7 +85,8 @@ QSize FormWindow::wantedContents() const {
         return nominal > 0 ? std::max(1, scale_.pixels(nominal - taken)) : natural;
     };
     const QSize natural = naturalSize();
-    return {length(form_->width, chrome.width, natural.width()), length(form_->height, chrome.height, natural.height())};
+    return {length(form_->width, chrome.width, natural.width()),
+        length(form_->height, chrome.height, natural.height())};
 }
 
 void FormWindow::open(bool modal, QWindow* owner) {
@@ -128,17 +136,26 @@ void FormWindow::bringToFront() {
 
 void FormWindow::apply(Aspect aspect) {
     switch (aspect) {
-    case Aspect::Caption: setWindowTitle(QString::fromStdString(form_->caption)); break;
-    case Aspect::Enabled: setEnabled(form_->enabled); break;
-    case Aspect::Focus: applyFocus(); break;
-    case Aspect::WindowState: applyState(); break;
+    case Aspect::Caption:
+        setWindowTitle(QString::fromStdString(form_->caption));
+        break;
+    case Aspect::Enabled:
+        setEnabled(form_->enabled);
+        break;
+    case Aspect::Focus:
+        applyFocus();
+        break;
+    case Aspect::WindowState:
+        applyState();
+        break;
     case Aspect::Geometry:
         if (!reporting_ && form_->windowState == WindowState::Normal) {
             applySize();
             applyPlace();
         }
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -318,7 +335,8 @@ bool FormWindow::pressByKey(int code) {
     };
     for (Control* control : alive->controls()) {
         auto* button = dynamic_cast<Button*>(control);
-        const bool meant = button && (code == key::Escape ? button->isCancel : button == alive->activeControl());
+        const bool meant =
+            button && (code == key::Escape ? button->isCancel : button == alive->activeControl());
         if (meant)
             return press(*button);
     }

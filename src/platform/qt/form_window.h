@@ -14,9 +14,9 @@ class QMenuBar;
 
 namespace genutil {
 
-// The window of a form, from the moment it is shown until it is hidden or closed; showing the form again makes another.
-// The contents get what the form's nominal size leaves after its chrome; a menu bar comes on top of that. A class for
-// each form puts the controls' views into contents().
+// The window of a form, from the moment it is shown until it is hidden or closed; showing the form again
+// makes another. The contents get what the form's nominal size leaves after its chrome; a menu bar comes on
+// top of that. A class for each form puts the controls' views into contents().
 class FormWindow : public QWidget {
 public:
     explicit FormWindow(std::shared_ptr<Form> form, Qt::WindowFlags flags = Qt::Window);
@@ -27,13 +27,14 @@ public:
     // The view bound to the control; null when there is none.
     QWidget* viewOf(const Control& control) const;
 
-    // Shows the window as the form says. `owner` is the window that it stays above; null for an independent one.
+    // Shows the window as the form says. `owner` is the window that it stays above; null for an independent
+    // one.
     void open(bool modal, QWindow* owner);
     // Ends every tie to the form and lets the window go; it disappears at once.
     void retire();
 
-    // Paints the view now, and brings the window to the front; both no more often than the screen is refreshed. What a
-    // view has been told meanwhile is painted with the pending events.
+    // Paints the view now, and brings the window to the front; both no more often than the screen is
+    // refreshed. What a view has been told meanwhile is painted with the pending events.
     void repaintView(const Control& control);
     void bringToFront();
 

@@ -39,7 +39,8 @@ public:
         const auto spot = ruler_.spotAt(line, row.line, x);
         std::size_t after = spot.byte + text::decodeUtf8(line, spot.byte).length;
         // Marks that stand on the character stay with it.
-        for (auto mark = text::decodeUtf8(line, after); mark.length > 0 && text::characterWidth(mark.codePoint) == 0;
+        for (auto mark = text::decodeUtf8(line, after);
+             mark.length > 0 && text::characterWidth(mark.codePoint) == 0;
              mark = text::decodeUtf8(line, after))
             after += mark.length;
         return x - spot.x > (xOf(row, after) - spot.x) / 2 ? after : spot.byte;
@@ -55,7 +56,8 @@ private:
         width_ = std::max(width_, ruler_.xOf(document().line(line), line, document().line(line).size()));
     }
     // One past the characters from `begin` on that can be painted together; appends them to `text`.
-    std::size_t collect(std::string_view line, std::size_t begin, std::size_t end, std::u32string& text) const;
+    std::size_t collect(
+        std::string_view line, std::size_t begin, std::size_t end, std::u32string& text) const;
 
     LineRuler ruler_;
     double width_ = 0;
@@ -73,7 +75,8 @@ std::size_t LineRows::collect(
         if (ruler_.isFixedPitch() && byte > begin && stands && !(plain && isPlain))
             break;
         plain = plain && isPlain;
-        const bool control = character.codePoint < 0x20 || (character.codePoint >= 0x7F && character.codePoint < 0xA0);
+        const bool control =
+            character.codePoint < 0x20 || (character.codePoint >= 0x7F && character.codePoint < 0xA0);
         text.push_back(control ? controlMark : character.codePoint);
         byte += character.length;
     }
@@ -103,7 +106,8 @@ void LineRows::paint(QPainter& painter, const TextRow& row, double x, double y, 
 
 } // namespace
 
-std::unique_ptr<RowLayout> makeLineRows(std::shared_ptr<const text::TextDocument> document, const QFont& font) {
+std::unique_ptr<RowLayout> makeLineRows(
+    std::shared_ptr<const text::TextDocument> document, const QFont& font) {
     return std::make_unique<LineRows>(std::move(document), font);
 }
 

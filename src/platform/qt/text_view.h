@@ -10,8 +10,9 @@
 
 namespace genutil {
 
-// Shows a plain text of any size: only the rows that are seen are laid out and painted. The user scrolls with the
-// keys of a viewer, the wheel and the bars, and selects with the mouse, with Shift and the keys, or with Ctrl+A.
+// Shows a plain text of any size: only the rows that are seen are laid out and painted. The user scrolls with
+// the keys of a viewer, the wheel and the bars, and selects with the mouse, with Shift and the keys, or with
+// Ctrl+A.
 class TextView : public QAbstractScrollArea {
 public:
     explicit TextView(QWidget* parent = nullptr);
@@ -20,8 +21,8 @@ public:
     void setDocument(std::shared_ptr<const text::TextDocument> document);
     void setWrapsLines(bool wraps);
 
-    // What a key of namespace key does here; False for a key that the view has no use for. `extends` moves the end of
-    // the selection instead of the text.
+    // What a key of namespace key does here; False for a key that the view has no use for. `extends` moves
+    // the end of the selection instead of the text.
     bool followKey(int code, bool extends);
 
     TextPosition firstVisible() const { return top_; }

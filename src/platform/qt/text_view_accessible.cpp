@@ -9,7 +9,8 @@ namespace {
 
 class TextViewAccessible : public QAccessibleWidget {
 public:
-    explicit TextViewAccessible(TextView* view) : QAccessibleWidget(view, QAccessible::EditableText), view_(view) {}
+    explicit TextViewAccessible(TextView* view)
+        : QAccessibleWidget(view, QAccessible::EditableText), view_(view) {}
 
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();

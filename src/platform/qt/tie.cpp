@@ -14,7 +14,8 @@ bool leavesTheForm(Qt::FocusReason reason) {
            reason != Qt::MenuBarFocusReason;
 }
 
-// Whether the mouse is over the widget itself: a child that does not use a movement passes it on to its parent.
+// Whether the mouse is over the widget itself: a child that does not use a movement passes it on to its
+// parent.
 bool isOver(const QWidget& widget, const QMouseEvent& event) {
     const QWidget* child = widget.childAt(event.position().toPoint());
     return !child || !child->isEnabled();
@@ -41,7 +42,8 @@ bool InputTie::eventFilter(QObject* watched, QEvent* event) {
         break;
     case QEvent::FocusOut:
         // A control that takes the focus over says so itself.
-        if (ofView && !QApplication::focusWidget() && leavesTheForm(static_cast<QFocusEvent*>(event)->reason()) &&
+        if (ofView && !QApplication::focusWidget() &&
+            leavesTheForm(static_cast<QFocusEvent*>(event)->reason()) &&
             model_.form().activeControl() == &model_)
             report(model_, [this] { model_.form().moveFocus(nullptr); });
         break;

@@ -12,15 +12,15 @@
 
 namespace genutil {
 
-// The tie between a view and the control model that it shows. It belongs to the view and ends with it; a window that
-// is about to go deletes its ties first, and its views are then mere pictures that reach no model any more.
+// The tie between a view and the control model that it shows. It belongs to the view and ends with it; a
+// window that is about to go deletes its ties first, and its views are then mere pictures that reach no model
+// any more.
 class Tie : public QObject {
 public:
     using Apply = std::function<void(Aspect)>;
 
     // Calls `apply` whenever an aspect of the model changes.
-    Tie(QObject* view, Control& model, Apply apply)
-        : QObject(view) {
+    Tie(QObject* view, Control& model, Apply apply) : QObject(view) {
         keep(model.changed.connectScoped(std::move(apply)));
     }
 

@@ -7,11 +7,13 @@
 
 namespace genutil {
 
-// Converts between twips and the device-independent pixels that windows are laid out in. The scale factor of a
-// high-resolution screen is no part of it: the toolkit draws a pixel with as many dots as the factor asks for.
+// Converts between twips and the device-independent pixels that windows are laid out in. The scale factor of
+// a high-resolution screen is no part of it: the toolkit draws a pixel with as many dots as the factor asks
+// for.
 class TwipScale {
 public:
-    explicit TwipScale(double dotsPerInch) : twipsPerPixel_(twipsPerInch / (dotsPerInch > 0 ? dotsPerInch : 96)) {}
+    explicit TwipScale(double dotsPerInch)
+        : twipsPerPixel_(twipsPerInch / (dotsPerInch > 0 ? dotsPerInch : 96)) {}
     // The scale of the primary screen; of 96 dots per inch where there is none.
     static TwipScale ofScreen();
 
@@ -26,7 +28,9 @@ private:
     static constexpr double twipsPerInch = 1440;
     static constexpr double limit = (1 << 24) - 1;
 
-    static int bounded(double pixels) { return std::isnan(pixels) ? 0 : int(std::clamp(pixels, -limit, limit)); }
+    static int bounded(double pixels) {
+        return std::isnan(pixels) ? 0 : int(std::clamp(pixels, -limit, limit));
+    }
 
     double twipsPerPixel_;
 };

@@ -13,13 +13,13 @@
 namespace genutil {
 namespace {
 
-// A line is laid out in pieces of this many bytes, so that a line of any length costs no more than what is shown of it.
-// A new piece starts a new row.
+// A line is laid out in pieces of this many bytes, so that a line of any length costs no more than what is
+// shown of it. A new piece starts a new row.
 constexpr std::size_t pieceSize = 8192;
 constexpr std::size_t keptPieces = 256;
 
 struct Piece {
-    std::size_t begin = 0; // in the line
+    std::size_t begin = 0;            // in the line
     std::vector<std::uint32_t> bytes; // of each UTF-16 unit, from the piece's start; one more for the end
     QTextLayout layout;
 
@@ -41,7 +41,8 @@ std::size_t boundary(std::string_view line, std::size_t byte) {
 class WrappedRows : public RowLayout {
 public:
     WrappedRows(std::shared_ptr<const text::TextDocument> text, const QFont& font, double width)
-        : RowLayout(std::move(text)), font_(font), ruler_(font), width_(std::max(width, ruler_.columnWidth())) {}
+        : RowLayout(std::move(text)), font_(font), ruler_(font),
+          width_(std::max(width, ruler_.columnWidth())) {}
 
     TextRow rowAt(TextPosition position) override {
         const std::size_t line = std::min(position.line, document().lineCount() - 1);

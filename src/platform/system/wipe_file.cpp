@@ -54,7 +54,9 @@ void check(const struct stat& status, const std::string& path) {
         refuse(path, "the file has further names (hard links), which would lose their contents too");
 }
 
-bool sameFile(const struct stat& a, const struct stat& b) { return a.st_dev == b.st_dev && a.st_ino == b.st_ino; }
+bool sameFile(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
 
 void overwrite(const Descriptor& file, off_t size, const std::string& path) {
     static constexpr std::array<char, 1 << 16> zeros{};
@@ -106,6 +108,8 @@ public:
 
 } // namespace
 
-std::unique_ptr<FileSystem> makeSystemFiles() { return std::make_unique<SystemFiles>(); }
+std::unique_ptr<FileSystem> makeSystemFiles() {
+    return std::make_unique<SystemFiles>();
+}
 
 } // namespace genutil
