@@ -10,9 +10,9 @@ using namespace kestal;
 namespace {
 
 // An object with one member of each kind.
-class Specimen : public AutomationObject {
+class Example : public AutomationObject {
 public:
-    Specimen() : AutomationObject("test.specimen") {
+    Example() : AutomationObject("test.example") {
         method("Scale", [](std::int16_t factor, double value) { return factor * value; });
         method("Cut", [](std::string& text, bool& wasCut) {
             wasCut = text.size() > 3;
@@ -55,7 +55,7 @@ void invoke(
 }
 
 TEST(AutomationObject, RefusesWhatIsNotAMemberOrNotUsedAsOne) {
-    const auto object = Ref<Specimen>::adopt(new Specimen);
+    const auto object = Ref<Example>::adopt(new Example);
     DISPID id = 0;
     EXPECT_EQ(identify(*object.get(), "Sacle", id), DISP_E_UNKNOWNNAME);
     EXPECT_EQ(id, DISPID_UNKNOWN);
@@ -87,7 +87,7 @@ TEST(AutomationObject, RefusesWrongArgumentsAndSaysWhich) {
         {{Variant(1.0), Variant(std::nan(""))}, DISP_E_OVERFLOW, 1},
         {{Variant("1.5"), Variant(2.5)}, S_OK, 99},
     };
-    const auto object = Ref<Specimen>::adopt(new Specimen);
+    const auto object = Ref<Example>::adopt(new Example);
     for (const Case& each : cases) {
         Outcome outcome;
         invoke(outcome, *object.get(), "Scale", DISPATCH_METHOD, each.lastFirst);
@@ -100,7 +100,7 @@ TEST(AutomationObject, RefusesWrongArgumentsAndSaysWhich) {
 }
 
 TEST(AutomationObject, HandsResultsBackThroughArgumentsByReferenceOnly) {
-    const auto object = Ref<Specimen>::adopt(new Specimen);
+    const auto object = Ref<Example>::adopt(new Example);
     const LateBound caller(object.get());
     k_genutil::Text text("Tarnbeck");
     VARIANT_BOOL wasCut = VARIANT_FALSE;
@@ -132,11 +132,11 @@ TEST(AutomationObject, AFailingMemberFillsTheExceptionInformation) {
         const char* description;
     };
     const Case cases[] = {
-        {"Fail", 53, "test.specimen", "The file \u00E4.log is not there"},
+        {"Fail", 53, "test.example", "The file \u00E4.log is not there"},
         {"FailWithin", 75, "Deeper", "No access"},
-        {"Break", 440, "test.specimen", "unforeseen"},
+        {"Break", 440, "test.example", "unforeseen"},
     };
-    const auto object = Ref<Specimen>::adopt(new Specimen);
+    const auto object = Ref<Example>::adopt(new Example);
     for (const Case& each : cases) {
         Outcome outcome;
         invoke(outcome, *object.get(), each.member, DISPATCH_METHOD, {});

@@ -252,15 +252,16 @@ TEST_F(HostTest, TheProgramTakesOverWhatADialogHasChanged) {
 }
 
 TEST_F(HostTest, FoldersAndPathsFollowTheirRules) {
-    const auto service = makeGenProcs(makeHost());
+    const auto host = makeHost();
+    const auto service = makeGenProcs(host);
     const LateBound genProcs(service.get());
     const auto folder = [&](int location, const char* job) {
         return textOf(genProcs.call("ListFolderFor", {Variant(location), Variant("/data/"), Variant(job)}));
     };
-    EXPECT_EQ(folder(0, "/job/"), "/data/");
-    EXPECT_EQ(folder(1, "/job/"), "/job/");
-    EXPECT_EQ(folder(1, ""), "/data/");
-    EXPECT_TRUE(QDir(QString::fromStdString(folder(2, ""))).exists());
+    EXPECT_EQ(folder(0, "/job/"), host->paths.program.toStdString() + "List/");
+    EXPECT_EQ(folder(1, "/job/"), "/data/List/");
+    EXPECT_EQ(folder(2, "/job/"), "/job/");
+    EXPECT_EQ(folder(2, ""), "/data/") << "no job is open";
     EXPECT_THROW(folder(3, ""), AutomationError);
 
     const auto exists = [&](const QString& name, bool foldersToo) {

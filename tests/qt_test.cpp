@@ -17,6 +17,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -466,6 +467,36 @@ TEST_F(QtDesktopTest, MessageBoxesShowWhatIsAskedAndGiveTheAnswer) {
     }
 }
 
+TEST_F(QtDesktopTest, FileDialogsHandBackTheChoiceAndACancelledOneNothing) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("NET.LOG");
+    QFile(path).open(QIODevice::WriteOnly);
+    FileDialog dialog;
+    dialog.filter = "Report|*.rep|Log|*.log|";
+    dialog.folder = folder.path().toStdString();
+    const auto finish = [&](bool accepts) {
+        whenShown([&, accepts] {
+            auto* box = static_cast<QFileDialog*>(QApplication::activeModalWidget());
+            EXPECT_EQ(box->testOption(QFileDialog::DontConfirmOverwrite), dialog.flags == 0);
+            box->selectNameFilter(box->nameFilters().at(1));
+            box->selectFile(path);
+            QMetaObject::invokeMethod(box, accepts ? "accept" : "reject");
+        });
+    };
+    finish(false);
+    EXPECT_FALSE(desktop->showOpen(*form, dialog));
+    EXPECT_EQ(dialog.fileName, "");
+    EXPECT_EQ(dialog.filterIndex, 1);
+    finish(true);
+    EXPECT_TRUE(desktop->showOpen(*form, dialog));
+    EXPECT_EQ(dialog.fileName, path.toStdString());
+    EXPECT_EQ(dialog.filterIndex, 2);
+    dialog.flags = dialogflags::OverwritePrompt;
+    finish(false);
+    EXPECT_FALSE(desktop->showSave(*form, dialog));
+    EXPECT_EQ(dialog.fileName, path.toStdString());
+}
+
 TEST(FileDialogs, FiltersMatchNamesInUpperAndLowerCase) {
     EXPECT_EQ(toNameFilters("Log (*.LOG)|*.log|Extract (*.&*)|*.&*;*.x1|All files (*.*)|*.*|"),
         QStringList(
@@ -548,25 +579,28 @@ TEST_F(TextViewTest, WrappingShowsEveryWordOnceInOrderWhateverTheWidth) {
     std::string words;
     for (int i = 0; i < 4000; ++i) // longer than one piece
         words += "é" + std::to_string(i) + " ";
-    const auto document =
-        std::make_shared<text::TextDocument>(text::TextDocument::fromBytes("first\n\n" + words + "\nlast"));
+    const std::string whole(16384, 'y'); // two whole pieces
     view.setWrapsLines(true);
-    view.setDocument(document);
+    view.setDocument(std::make_shared<text::TextDocument>(
+        text::TextDocument::fromBytes("first\n\n" + words + "\n" + whole + "\nlast")));
     for (const int width : {400, 150, 20}) {
         view.resize(width, view.height());
         view.followKey(key::Home, false);
+        std::vector<TextPosition> tops{view.firstVisible()};
         QString seen = view.visibleText().section('\n', 0, 0);
-        for (TextPosition before{1, 0}; before != view.firstVisible();) {
-            before = view.firstVisible();
+        for (;;) {
             view.followKey(key::Down, false);
-            if (before != view.firstVisible())
-                seen += view.visibleText().section('\n', 0, 0);
+            if (view.firstVisible() == tops.back())
+                break;
+            tops.push_back(view.firstVisible());
+            seen += view.visibleText().section('\n', 0, 0);
         }
-        seen += view.visibleText().section('\n', 1).remove('\n');
-        EXPECT_EQ(seen.toStdString(), "first" + words + "last") << width;
-        view.followKey(key::PageUp, false);
-        view.followKey(key::PageDown, false);
-        EXPECT_TRUE(view.visibleText().remove('\n').endsWith("last")) << width;
+        const QString lastPage = view.visibleText().section('\n', 1).remove('\n');
+        EXPECT_EQ(view.visibleText().count('\n'), 9) << width;
+        EXPECT_TRUE((seen + lastPage).toStdString() == "first" + words + whole + "last") << width;
+        for (; tops.size() > 1 && view.firstVisible() == tops.back(); tops.pop_back())
+            view.followKey(key::Up, false);
+        EXPECT_EQ(tops.size(), 1u) << width;
     }
 }
 

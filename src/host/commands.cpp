@@ -4,6 +4,7 @@
 #include "host/component_access.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -128,6 +129,16 @@ bool hasScreen() {
            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
+// Windows are laid out as on a screen of usual size, which is described in a file in the folder.
+QByteArray platformWithoutScreen(const QTemporaryDir& folder) {
+    QFile description(folder.filePath("screen.json"));
+    if (!description.open(QIODevice::WriteOnly))
+        return "offscreen";
+    description.write(R"({"screens": [{"name": "tour", "x": 0, "y": 0, "width": 1280, "height": 1024,)"
+                      R"( "logicalDpi": 96, "dpr": 1}]})");
+    return "offscreen:configfile=" + QFile::encodeName(description.fileName());
+}
+
 // The platform without a screen notes each thing that only a screen can do.
 void withoutPlatformNotes(QtMsgType, const QMessageLogContext&, const QString& text) {
     if (!text.startsWith("This plugin does not support"))
@@ -161,13 +172,14 @@ int runProgram(int argc, char** argv) {
         std::fprintf(line.exitCode == exit_codes::Success ? stdout : stderr, "%s\n", line.message.c_str());
         return line.exitCode;
     }
+    const QTemporaryDir scratch;
     if (!hasScreen()) {
         if (line.command->needsUser) {
             std::fprintf(
                 stderr, "kestal: there is no screen to show windows on: set DISPLAY or WAYLAND_DISPLAY\n");
             return exit_codes::Failure;
         }
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QPA_PLATFORM", platformWithoutScreen(scratch));
         qInstallMessageHandler(withoutPlatformNotes);
     }
     QCoreApplication::setApplicationName("kestal");

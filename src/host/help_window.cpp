@@ -25,27 +25,10 @@ HelpWindow::HelpWindow(const HelpTexts& texts, QWidget* parent)
         auto* item = new QListWidgetItem(topic.title, topics_);
         item->setData(Qt::UserRole, number);
     }
-    QFont heading = title_->font();
-    heading.setBold(true);
-    heading.setPointSizeF(heading.pointSizeF() * 1.2);
-    title_->setFont(heading);
-    title_->setTextFormat(Qt::PlainText);
-    title_->setWordWrap(true);
-    text_->setReadOnly(true);
-    text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    text_->setAccessibleName("Help text");
-    text_->setFrameShape(QFrame::NoFrame);
-    text_->setTabChangesFocus(true);
-
-    auto* page = new QWidget;
-    auto* pageLayout = new QVBoxLayout(page);
-    pageLayout->setContentsMargins(12, 0, 0, 0);
-    pageLayout->addWidget(title_);
-    pageLayout->addWidget(text_, 1);
     auto* halves = new QSplitter;
     halves->setChildrenCollapsible(false);
     halves->addWidget(topics_);
-    halves->addWidget(page);
+    halves->addWidget(makePage());
     halves->setStretchFactor(0, 0);
     halves->setStretchFactor(1, 1);
 
@@ -64,6 +47,27 @@ HelpWindow::HelpWindow(const HelpTexts& texts, QWidget* parent)
     connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this,
         [this] { (topics_->hasFocus() ? static_cast<QWidget*>(text_) : topics_)->setFocus(); });
     topics_->setFocus();
+}
+
+QWidget* HelpWindow::makePage() {
+    QFont heading = title_->font();
+    heading.setBold(true);
+    heading.setPointSizeF(heading.pointSizeF() * 1.2);
+    title_->setFont(heading);
+    title_->setTextFormat(Qt::PlainText);
+    title_->setWordWrap(true);
+    text_->setReadOnly(true);
+    text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    text_->setAccessibleName("Help text");
+    text_->setFrameShape(QFrame::NoFrame);
+    text_->setTabChangesFocus(true);
+
+    auto* page = new QWidget;
+    auto* pageLayout = new QVBoxLayout(page);
+    pageLayout->setContentsMargins(12, 0, 0, 0);
+    pageLayout->addWidget(title_);
+    pageLayout->addWidget(text_, 1);
+    return page;
 }
 
 void HelpWindow::showTopic(int number) {

@@ -18,6 +18,7 @@ public:
     void showTopic(int number);
 
 private:
+    QWidget* makePage();
     void showText(const QString& title, const QString& text);
 
     HelpTexts texts_;

@@ -105,7 +105,10 @@ QWidget* MainWindow::makeReportList() {
     reportView_->setUniformRowHeights(true);
     reportView_->setAlternatingRowColors(true);
     reportView_->setSortingEnabled(true);
+    // The names take what the other columns leave.
     reportView_->header()->setStretchLastSection(false);
+    reportView_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    reportView_->header()->setSectionResizeMode(ReportModel::Name, QHeaderView::Stretch);
     reportView_->sortByColumn(ReportModel::Name, Qt::AscendingOrder);
     connect(reportView_, &QTreeView::activated, this, [this] { openCurrentReport(); });
     noReports_ = new QLabel("This folder has no reports.");
@@ -210,9 +213,6 @@ void MainWindow::openFolder(const QString& folder) {
     const auto same = sorted_->match(sorted_->index(0, ReportModel::Name), Qt::DisplayRole, current, 1,
         Qt::MatchFixedString | Qt::MatchCaseSensitive);
     reportView_->setCurrentIndex(same.isEmpty() ? sorted_->index(0, 0) : same.first());
-    for (int column = 0; column < ReportModel::ColumnCount; ++column)
-        reportView_->resizeColumnToContents(column);
-    reportView_->setColumnWidth(ReportModel::Name, reportView_->columnWidth(ReportModel::Name) + 24);
 }
 
 void MainWindow::openReport(const QString& file) {

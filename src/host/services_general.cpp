@@ -28,16 +28,17 @@ std::string fitPathToLabel(const std::string& path, const LateBound& label) {
         .toStdString();
 }
 
-// Location 0 is the data folder, 1 the folder of the open job (the data folder while none is open), 2 the
-// folder for temporary files.
-std::string listFolderFor(int location, const std::string& dataPath, const std::string& jobPath) {
+// Where list files go: location 0 is the program's own list folder, 1 the data folder's, 2 the folder of the data files
+// themselves (the open job's, or the data folder while none is open). Folders end in a separator.
+std::string listFolderFor(
+    const std::string& programFolder, int location, const std::string& dataPath, const std::string& jobPath) {
     switch (location) {
     case 0:
-        return dataPath;
+        return programFolder + "List/";
     case 1:
-        return jobPath.empty() ? dataPath : jobPath;
+        return dataPath + "List/";
     case 2:
-        return QDir::tempPath().toStdString() + "/";
+        return jobPath.empty() ? dataPath : jobPath;
     default:
         throw AutomationError(errors::InvalidCall,
             "ListFolderFor: the location must be 0, 1 or 2, not " + std::to_string(location));
@@ -101,8 +102,8 @@ private:
             return fitPathToLabel(path, LateBound(label));
         });
         method("ListFolderFor",
-            [](std::int16_t location, const std::string& dataPath, const std::string& jobPath) {
-                return listFolderFor(location, dataPath, jobPath);
+            [this](std::int16_t location, const std::string& dataPath, const std::string& jobPath) {
+                return listFolderFor(host_->paths.program.toStdString(), location, dataPath, jobPath);
             });
     }
 

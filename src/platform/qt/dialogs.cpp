@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include <algorithm>
 #include <array>
 
 namespace genutil {
@@ -120,8 +121,13 @@ bool showFileDialog(QWidget* owner, FileDialog& dialog, FileDialogKind kind) {
     const QFileInfo chosen(box.selectedFiles().front());
     dialog.fileName = chosen.absoluteFilePath().toStdString();
     dialog.folder = chosen.absolutePath().toStdString();
-    if (const auto index = filters.indexOf(box.selectedNameFilter()); index >= 0)
-        dialog.filterIndex = int(index) + 1;
+    // The toolkit's own dialog names the filter without its patterns, another with them.
+    const QString selected = box.selectedNameFilter();
+    const auto filter = std::ranges::find_if(filters, [&](const QString& each) {
+        return each == selected || each.startsWith(selected + QLatin1String(" ("));
+    });
+    if (filter != filters.end())
+        dialog.filterIndex = int(filter - filters.begin()) + 1;
     return true;
 }
 

@@ -160,7 +160,7 @@ void QtDesktop::takeAway(Form& form) {
     if (gone.window)
         gone.window->retire();
     if (gone.modalLoop)
-        (void)gone;
+        gone.modalLoop->quit();
 }
 
 void QtDesktop::bringToFront(Form& form) {
@@ -197,6 +197,11 @@ bool QtDesktop::showSave(Form& owner, FileDialog& dialog) {
 void ensureApplication() {
     if (QApplication::instance())
         return;
+    // Without a screen the toolkit would end the process.
+    const auto isSet = [](const char* variable) { return !qEnvironmentVariableIsEmpty(variable); };
+    if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))
+        throw Error(errors::CannotCreateObject,
+            "There is no screen to show windows on: set DISPLAY or WAYLAND_DISPLAY");
     static int argumentCount = 1;
     static char name[] = "k_genutil";
     static char* arguments[] = {name, nullptr};

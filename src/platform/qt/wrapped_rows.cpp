@@ -24,9 +24,13 @@ struct Piece {
     QTextLayout layout;
 
     std::size_t byteOf(int unit) const { return begin + bytes[std::size_t(unit)]; }
+    // The first unit of the character that holds the byte.
     int unitOf(std::size_t byte) const {
         const auto relative = std::uint32_t(byte - std::min(byte, begin));
-        return int(std::ranges::lower_bound(bytes, relative) - bytes.begin());
+        auto unit = std::ranges::lower_bound(bytes, relative);
+        if (unit != bytes.end() && *unit > relative)
+            unit = std::ranges::lower_bound(bytes, *std::prev(unit));
+        return int(unit - bytes.begin());
     }
 };
 
