@@ -1,10 +1,10 @@
-// What a host pays for showing progress: a call of cProgress::Gauge through the public face (16-bit text, vtable),
-// beside the toolkit's own QProgressDialog doing the same work. The count's text changes with every call, the
-// percentage after every hundredth of the calls. The peers let pending events run with every call, as such dialogs
-// are used, or, to their favour, only when the percentage moves, as the gauge does.
+// What a host pays for showing progress: a call of cProgress::Gauge through the public face (16-bit text,
+// vtable), beside the toolkit's own QProgressDialog doing the same work. The count's text changes with every
+// call, the percentage after every hundredth of the calls. The peers let pending events run with every call,
+// as such dialogs are used, or, to their favour, only when the percentage moves, as the gauge does.
 //
-// Run it where windows can be shown (Xvfb will do); each round times every subject once, in turn, and the table gives
-// the medians and their ratios to the gauge.
+// Run it where windows can be shown (Xvfb will do); each round times every subject once, in turn, and the
+// table gives the medians and their ratios to the gauge.
 
 #include <k_genutil.h>
 
@@ -84,7 +84,8 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs)
             if (run.aggregate_name == "median")
-                microseconds_.emplace_back(run.run_name.function_name, run.GetAdjustedRealTime() * 1000 / calls);
+                microseconds_.emplace_back(
+                    run.run_name.function_name, run.GetAdjustedRealTime() * 1000 / calls);
     }
     void Finalize() override {
         for (const auto& [name, time] : microseconds_)
@@ -104,7 +105,8 @@ int main(int argc, char** argv) {
              benchmark::RegisterBenchmark("cProgress::Gauge", gaugeOfTheComponent),
              benchmark::RegisterBenchmark(
                  "QProgressDialog, events when the percentage moves", progressDialogOfTheToolkit<false>),
-             benchmark::RegisterBenchmark("QProgressDialog, events with every call", progressDialogOfTheToolkit<true>),
+             benchmark::RegisterBenchmark(
+                 "QProgressDialog, events with every call", progressDialogOfTheToolkit<true>),
          })
         subject->Iterations(1)->Repetitions(5)->Unit(benchmark::kMillisecond)->ReportAggregatesOnly();
     benchmark::Initialize(&argc, argv);

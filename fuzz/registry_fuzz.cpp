@@ -1,4 +1,5 @@
-// Any bytes may stand in the registry file: parsing must lose none of them and trust no line that breaks a rule.
+// Any bytes may stand in the registry file: parsing must lose none of them and trust no line that breaks a
+// rule.
 
 #include <k_genutil.h>
 

@@ -1,4 +1,5 @@
-// Any bytes are a report: they must become lines that a view can show. Checked against what the lines themselves say.
+// Any bytes are a report: they must become lines that a view can show. Checked against what the lines
+// themselves say.
 
 #include "text/character_width.h"
 #include "text/text_document.h"

@@ -41,11 +41,16 @@ TEST_F(Viewer, FixesTitleMenusAndMemoryByViewMode) {
     };
     const std::string shown = ": " + path;
     const Case cases[] = {
-        {1, "File Display" + shown, false, true, true, true}, {4, "File Display" + shown, false, true, true, true},
-        {21, "File Display" + shown, false, true, true, true}, {22, "List Points" + shown, false, true, true, false},
-        {23, "Development History", false, false, false, false}, {24, "View File", true, true, true, true},
-        {25, "Processing Log" + shown, true, true, true, true}, {26, "View Data File" + shown, true, true, true, true},
-        {29, "Inverse Report" + shown, true, true, true, true}, {5, "File Display" + shown, false, true, true, false},
+        {1, "File Display" + shown, false, true, true, true},
+        {4, "File Display" + shown, false, true, true, true},
+        {21, "File Display" + shown, false, true, true, true},
+        {22, "List Points" + shown, false, true, true, false},
+        {23, "Development History", false, false, false, false},
+        {24, "View File", true, true, true, true},
+        {25, "Processing Log" + shown, true, true, true, true},
+        {26, "View Data File" + shown, true, true, true, true},
+        {29, "Inverse Report" + shown, true, true, true, true},
+        {5, "File Display" + shown, false, true, true, false},
     };
     for (const Case& c : cases) {
         frmFileView& form = view(c.mode, path, c.mode == 4 ? " " : "ed");
@@ -76,11 +81,11 @@ TEST_F(Viewer, FitsTheWindowToTheWidestLine) {
     };
     // text box 9360; a text of n > 80 columns asks for (n + 3) * 100 + 72
     const Case cases[] = {
-        {large, 80, 9480, 6900},                  // not wider than 80 dots: as designed
-        {large, 81, 9480, 6900},                  // wider, but it fits
+        {large, 80, 9480, 6900},                      // not wider than 80 dots: as designed
+        {large, 81, 9480, 6900},                      // wider, but it fits
         {large, 100, 10492, 16200 * 10492 / 28800.0}, // widened, with the screen's proportions
-        {large, 1000, 28800, 6900},               // never wider than the screen
-        {small, 92, 9692, 9000 * 9692 / 12000.0}, // more than 0.8 of a small screen
+        {large, 1000, 28800, 6900},                   // never wider than the screen
+        {small, 92, 9692, 9000 * 9692 / 12000.0},     // more than 0.8 of a small screen
         {small, 200, 12000, 6900},
     };
     for (const Case& c : cases) {
@@ -98,7 +103,8 @@ TEST_F(Viewer, FitsTheWindowToTheWidestLine) {
 
 TEST_F(Viewer, MeasuresProseLineByLineAndTabsByColumns) {
     desktop.fixedPitch = false;
-    const auto prose = text::TextDocument::fromBytes("short\n" + std::string(90, 'm') + "\n" + std::string(90, 'n'));
+    const auto prose =
+        text::TextDocument::fromBytes("short\n" + std::string(90, 'm') + "\n" + std::string(90, 'n'));
     EXPECT_EQ(wantedTextWidth(desktop, {.name = "MS Sans Serif"}, prose), 93 * 100);
     desktop.fixedPitch = true;
     const auto tabs = text::TextDocument::fromBytes(std::string(12, '\t') + "x");
@@ -121,7 +127,11 @@ TEST_F(Viewer, RestoresAStoredPlacementAndReportsADamagedOne) {
         host.log.clear();
         host.settings["File_View_Window"] = damaged;
         EXPECT_EQ(view(25, path).width, 9480) << damaged;
-        EXPECT_EQ(std::ranges::count_if(host.log, [](auto& e) { return e.starts_with("ReportEventError (Form) Fileview::Sub LargeFileView"); }), 1) << damaged;
+        EXPECT_EQ(
+            std::ranges::count_if(host.log,
+                [](auto& e) { return e.starts_with("ReportEventError (Form) Fileview::Sub LargeFileView"); }),
+            1)
+            << damaged;
     }
     host.settings["File_View_Window"] = "0,99999,99999,6000,9000";
     EXPECT_LT(view(25, path).left, desktop.theScreen.width) << "a window off the screen is brought back";
@@ -193,12 +203,13 @@ TEST_F(Viewer, AnswersPlainlyForCommandsThatAreNotThereYet) {
     for (MenuItem* item : {&form.mnu_SaveAs, &form.mnu_Edit, &form.mnu_Print}) {
         host.log.clear();
         item->userChoose();
-        EXPECT_EQ(host.log.back(),
-            "ReportEventError (Form) Fileview::Sub " + item->name() + "_Click: This operation is not available yet");
+        EXPECT_EQ(host.log.back(), "ReportEventError (Form) Fileview::Sub " + item->name() +
+                                       "_Click: This operation is not available yet");
     }
     desktop.chosenFiles = {file("report.RTF", "{\\rtf1}")};
     form.mnu_OpenFile.userChoose();
-    EXPECT_TRUE(form.FileToView.ends_with("a.log")) << "a file that cannot be shown does not replace the shown one";
+    EXPECT_TRUE(form.FileToView.ends_with("a.log"))
+        << "a file that cannot be shown does not replace the shown one";
 }
 
 TEST_F(Viewer, PassesPageKeysOfTheButtonsToTheText) {

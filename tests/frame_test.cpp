@@ -78,7 +78,10 @@ TEST_F(Frame, EndsAnErrorAtTheEventHandler) {
 }
 
 TEST_F(Frame, SkipsOneReportWhenTheHostAsksAndReactivatesByName) {
-    const auto fail = [&] { procedure(component, [] { return std::string("name"); }, [] { throw 1; }); };
+    const auto fail = [&] {
+        procedure(
+            component, [] { return std::string("name"); }, [] { throw 1; });
+    };
     host.skipNextReport = true;
     EXPECT_EQ(raisedBy(fail).number(), errors::InternalError);
     EXPECT_TRUE(host.log.empty());

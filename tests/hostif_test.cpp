@@ -60,15 +60,17 @@ TEST(Value, WritesAndReadsNumbersInTheUsersLocale) {
         const char* point;
         const char* comma;
     };
-    const Case cases[] = {{0.1, "0.1", "0,1"}, {1234567.875, "1234567.875", "1234567,875"}, {1e15, "1E+15", "1E+15"},
-        {123456789012345.0, "123456789012345", "123456789012345"}, {1e-15, "0.000000000000001", "0,000000000000001"},
-        {1e-16, "1E-16", "1E-16"}, {-2.5e20, "-2.5E+20", "-2,5E+20"}, {1.0 / 3, "0.333333333333333", "0,333333333333333"},
+    const Case cases[] = {{0.1, "0.1", "0,1"}, {1234567.875, "1234567.875", "1234567,875"},
+        {1e15, "1E+15", "1E+15"}, {123456789012345.0, "123456789012345", "123456789012345"},
+        {1e-15, "0.000000000000001", "0,000000000000001"}, {1e-16, "1E-16", "1E-16"},
+        {-2.5e20, "-2.5E+20", "-2,5E+20"}, {1.0 / 3, "0.333333333333333", "0,333333333333333"},
         {0.1f, "0.1", "0,1"}, {-0.0, "0", "0"}, {1e300, "1E+300", "1E+300"}, {0.5, "0.5", "0,5"}};
     for (const Case& c : cases) {
         EXPECT_EQ(c.value.toText(), c.point);
         const CommaLocale comma;
         EXPECT_EQ(c.value.toText(), c.comma);
-        EXPECT_NEAR(Value(c.comma).toDouble(), c.value.toDouble(), std::abs(c.value.toDouble()) * 1e-7) << c.comma;
+        EXPECT_NEAR(Value(c.comma).toDouble(), c.value.toDouble(), std::abs(c.value.toDouble()) * 1e-7)
+            << c.comma;
     }
     EXPECT_EQ(Value(" +1,234,567.5 ").toDouble(), 1234567.5);
     EXPECT_EQ(Value(true).toDouble(), -1);
@@ -78,8 +80,9 @@ TEST(Value, WritesAndReadsNumbersInTheUsersLocale) {
 
 TEST(Value, TakesTheLeadingNumberOfATextWithAPointInEveryLocale) {
     const CommaLocale comma;
-    const std::pair<const char*, double> cases[] = {{"0.13xyz", 0.13}, {"abc", 0}, {"", 0}, {" 1 2 . 5 m", 12.5},
-        {"-3e2", -300}, {"+4", 4}, {"inf", 0}, {"nan", 0}, {"-", 0}, {".5", 0.5}, {"1,5", 1}};
+    const std::pair<const char*, double> cases[] = {{"0.13xyz", 0.13}, {"abc", 0}, {"", 0},
+        {" 1 2 . 5 m", 12.5}, {"-3e2", -300}, {"+4", 4}, {"inf", 0}, {"nan", 0}, {"-", 0}, {".5", 0.5},
+        {"1,5", 1}};
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(leadingNumber(text), expected) << text;
 }
@@ -97,7 +100,8 @@ TEST(Error, KeepsTheMeaningOfForeignExceptions) {
     EXPECT_EQ(converted([] { throw std::bad_alloc(); }).number(), errors::OutOfMemory);
     EXPECT_EQ(converted([] { throw std::runtime_error("why"); }).description(), "why");
     EXPECT_EQ(converted([] { throw Error(9, "what", "where"); }).source(), "where");
-    EXPECT_EQ(converted([] { std::filesystem::directory_iterator("/nowhere/at/all"); }).number(), errors::FileNotFound);
+    EXPECT_EQ(converted([] { std::filesystem::directory_iterator("/nowhere/at/all"); }).number(),
+        errors::FileNotFound);
 }
 
 struct TestForm : Form {

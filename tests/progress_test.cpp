@@ -21,8 +21,9 @@ TEST_F(Gauge, MovesOnlyForwardWithinTheScaleButRemembersEveryPercentage) {
         int bar;
         const char* shown;
     };
-    const Step steps[] = {{10, "1", 10, "1"}, {5, "2", 10, "2"}, {7, "3", 7, "3"}, {7, "", 7, "3"}, {0, "4", 7, "4"},
-        {101, "5", 7, "5"}, {50, "6", 7, "6"}, {51, "7", 51, "7"}, {-3, "8", 51, "8"}, {1, "", 1, "8"}, {100, "", 100, "8"}};
+    const Step steps[] = {{10, "1", 10, "1"}, {5, "2", 10, "2"}, {7, "3", 7, "3"}, {7, "", 7, "3"},
+        {0, "4", 7, "4"}, {101, "5", 7, "5"}, {50, "6", 7, "6"}, {51, "7", 51, "7"}, {-3, "8", 51, "8"},
+        {1, "", 1, "8"}, {100, "", 100, "8"}};
     for (const Step& step : steps) {
         progress->Gauge(step.count, step.perCent);
         EXPECT_EQ(progress->form()->pnlGauge.floodPercent, step.bar) << step.perCent;

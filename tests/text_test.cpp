@@ -1,3 +1,4 @@
+#include "support/another_user.h"
 #include "text/character_width.h"
 #include "text/text_document.h"
 #include "text/utf8.h"
@@ -180,12 +181,8 @@ TEST_F(TextFile, IsRefusedByNameAndRuleWhenItIsNoReadableFile) {
 TEST_F(TextFile, IsRefusedWhenThisUserMayNotReadIt) {
     const std::filesystem::path closed = write("closed.log", "text");
     std::filesystem::permissions(closed, std::filesystem::perms::none);
-    // For root every file is readable; another user stands in.
-    constexpr uid_t nobody = 65534;
-    const bool isRoot = ::geteuid() == 0;
-    ASSERT_TRUE(!isRoot || ::seteuid(nobody) == 0);
+    const fake::AnotherUser user;
     expectRefusal(closed, std::errc::permission_denied);
-    ASSERT_TRUE(!isRoot || ::seteuid(0) == 0);
 }
 
 } // namespace

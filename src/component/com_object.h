@@ -63,6 +63,25 @@ private:
     LiveCount alive_;
 };
 
+// An automation object without type information: k_genutil.idl describes the dual interfaces, and the members
+// of all others are found by name.
+template<class Interface>
+class DispatchObject : public ComObject<Interface> {
+public:
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+        if (!count)
+            return E_POINTER;
+        *count = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+        if (!info)
+            return E_POINTER;
+        *info = nullptr;
+        return DISP_E_BADINDEX;
+    }
+};
+
 // A factory that creates objects of one class; `create` may throw.
 k_genutil::Ref<IClassFactory> makeClassFactory(std::function<k_genutil::Ref<IUnknown>()> create);
 

@@ -9,20 +9,8 @@ namespace genutil {
 // An object of a dual interface: late binding through the interface's table, and error information for every
 // member.
 template<class Interface>
-class DualObject : public ComObject<Interface> {
+class DualObject : public DispatchObject<Interface> {
 public:
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        if (!count)
-            return E_POINTER;
-        *count = 0; // the type library is described to compilers by k_genutil.idl
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
-        if (!info)
-            return E_POINTER;
-        *info = nullptr;
-        return DISP_E_BADINDEX;
-    }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(
         REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         return findNames(tables::dispatchTable<Interface>, reserved, names, count, ids);
@@ -41,7 +29,7 @@ protected:
             return static_cast<Interface*>(this);
         if (iid == IID_ISupportErrorInfo)
             return static_cast<ISupportErrorInfo*>(&support_);
-        return ComObject<Interface>::find(iid);
+        return DispatchObject<Interface>::find(iid);
     }
 
 private:

@@ -57,20 +57,8 @@ struct Call {
     bool isPut() const { return flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF); }
 };
 
-class LateBound : public ComObject<IDispatch> {
+class LateBound : public DispatchObject<IDispatch> {
 public:
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        if (!count)
-            return E_POINTER;
-        *count = 0;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
-        if (!info)
-            return E_POINTER;
-        *info = nullptr;
-        return DISP_E_BADINDEX;
-    }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         if (count == 0 || !names || !names[0] || !ids)
             return E_INVALIDARG;
@@ -106,7 +94,7 @@ public:
 
 protected:
     void* find(REFIID iid) override {
-        return iid == IID_IDispatch ? static_cast<IDispatch*>(this) : ComObject::find(iid);
+        return iid == IID_IDispatch ? static_cast<IDispatch*>(this) : DispatchObject::find(iid);
     }
     // Names are in lower case.
     virtual bool has(const std::string& name) = 0;

@@ -11,12 +11,14 @@ namespace {
 
 // The nominal window frame (60 left and right), the title bar and the menu bar (350 each).
 constexpr WindowChrome windowChrome{.width = 120, .height = 700};
-constexpr WindowChrome buttonPanelSpacing{.width = 120, .height = 550}; // with the button panel instead of the menu
+constexpr WindowChrome buttonPanelSpacing{
+    .width = 120, .height = 550}; // with the button panel instead of the menu
 
 constexpr double designWidth = 9480;
 constexpr double designHeight = 6900;
 constexpr double helpPanelHeight = 600;
-constexpr HelpTopics topics{.context = 1800, .first = 1801, .last = 1805, .firstShared = 19999, .lastShared = 19999};
+constexpr HelpTopics topics{
+    .context = 1800, .first = 1801, .last = 1805, .firstShared = 19999, .lastShared = 19999};
 constexpr int historyTopic = 7700;
 
 std::string measuringText() {
@@ -26,21 +28,24 @@ std::string measuringText() {
     return digits;
 }
 
-bool isBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
+bool isBlank(const std::string& text) {
+    return text.find_first_not_of(' ') == std::string::npos;
+}
 
 } // namespace
 
 frmFileView::frmFileView(Component& owner)
-    : DialogForm(owner, "frmFileView", "Fileview", fileDisplayTitle, windowChrome), mnu_File(*this, "mnu_File", "&File"),
-      mnu_OpenFile(*this, "mnu_OpenFile", "&Open ...", &mnu_File), mnu_Save(*this, "mnu_Save", "&Save", &mnu_File),
-      mnu_SaveAs(*this, "mnu_SaveAs", "Save-&As", &mnu_File),
+    : DialogForm(owner, "frmFileView", "Fileview", fileDisplayTitle, windowChrome),
+      mnu_File(*this, "mnu_File", "&File"), mnu_OpenFile(*this, "mnu_OpenFile", "&Open ...", &mnu_File),
+      mnu_Save(*this, "mnu_Save", "&Save", &mnu_File), mnu_SaveAs(*this, "mnu_SaveAs", "Save-&As", &mnu_File),
       mnu_Edit(*this, "mnu_Edit", "&External Editor", &mnu_File),
       mnu_Print(*this, "mnu_Print", "&Print ...", &mnu_File), mnu_Break(*this, "mnu_Break", "-", &mnu_File),
       mnu_Close(*this, "mnu_Close", "&Close", &mnu_File), mnu_View(*this, "mnu_View", "&View"),
       mnu_Refresh(*this, "mnu_Refresh", "&Refresh", &mnu_View), rtbViewText(*this, "rtbViewText"),
       lblCheckLength(*this, "lblCheckLength", measuringText()), pnlHelp(*this, "pnlHelp"),
-      pnlButtons(*this, "pnlButtons"), cmdClose(*this, "cmdClose", "&Close"), cmdSelect(*this, "cmdSelect", "&Select"),
-      cmdEdit(*this, "cmdEdit", "&Edit"), cmdPrint(*this, "cmdPrint", "&Print") {
+      pnlButtons(*this, "pnlButtons"), cmdClose(*this, "cmdClose", "&Close"),
+      cmdSelect(*this, "cmdSelect", "&Select"), cmdEdit(*this, "cmdEdit", "&Edit"),
+      cmdPrint(*this, "cmdPrint", "&Print") {
     width = designWidth;
     height = designHeight;
     rtbViewText.width = designWidth - windowChrome.width;
@@ -76,7 +81,8 @@ void frmFileView::connectMenus() {
              Command{mnu_Edit, &frmFileView::EditFile},
              Command{mnu_Print, &frmFileView::PrintFile},
          })
-        on(command.item.click, command.item.name() + "_Click", [this, action = command.action] { (this->*action)(); });
+        on(command.item.click, command.item.name() + "_Click",
+            [this, action = command.action] { (this->*action)(); });
     on(mnu_Close.click, "mnu_Close_Click", [this] { unload(); });
     on(mnu_Refresh.click, "mnu_Refresh_Click", [this] { refresh(); });
 }
@@ -142,7 +148,7 @@ void frmFileView::Form_Setup(const std::string& helpSource) {
 void frmFileView::setUpMode() {
     const ViewModeRules& mode = viewMode(ViewMode);
     caption = mode.titleSource == ViewModeRules::Title::FromSystemInfo ? component().sysInfo().ViewTitle()
-                                                                           : std::string(mode.title);
+                                                                       : std::string(mode.title);
     fileFormat_ = FileFormat::PlainText;
     if (mode.edit)
         SetEdit(true);

@@ -34,7 +34,8 @@ constexpr double defaultHeightShare = 0.8;
 
 bool isRichText(const std::string& file) {
     std::string ending = file.substr(file.size() - std::min<std::size_t>(file.size(), 4));
-    std::ranges::transform(ending, ending.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
+    std::ranges::transform(
+        ending, ending.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
     return ending == ".RTF";
 }
 
@@ -72,7 +73,8 @@ void frmFileView::DisplayFile() {
             fitWindowToText(*document);
         SetTextRTF(viewState());
         rtbViewText.setDocument(document);
-        if (std::ranges::find(eastAsianCharSets, int(component().sysInfo().CharSet())) != eastAsianCharSets.end()) {
+        if (std::ranges::find(eastAsianCharSets, int(component().sysInfo().CharSet())) !=
+            eastAsianCharSets.end()) {
             Font regular = rtbViewText.font;
             regular.bold = false;
             rtbViewText.font = regular;

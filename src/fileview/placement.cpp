@@ -30,7 +30,8 @@ Placement readPlacement(const std::string& stored, StringUtilities& strUtil, con
     const auto next = [&] { return leadingNumber(strUtil.NextField(rest, ",")); };
     const double state = next();
     if (state != 0 && state != 1 && state != 2)
-        throw Error(errors::InvalidCall, "Window placement '" + stored + "': the window state must be 0, 1 or 2");
+        throw Error(
+            errors::InvalidCall, "Window placement '" + stored + "': the window state must be 0, 1 or 2");
     Placement placement{.state = WindowState(int(state))};
     if (placement.state == WindowState::Maximized)
         return placement;
@@ -39,8 +40,8 @@ Placement readPlacement(const std::string& stored, StringUtilities& strUtil, con
     placement.height = next();
     placement.width = next();
     if (!isWindowLength(placement.height, screen.height) || !isWindowLength(placement.width, screen.width))
-        throw Error(errors::InvalidCall, "Window placement '" + stored +
-                                             "': height and width must be positive and at most four screens");
+        throw Error(errors::InvalidCall,
+            "Window placement '" + stored + "': height and width must be positive and at most four screens");
     // A window that the screen of today cannot show is brought back onto it.
     placement.top = std::clamp(placement.top, 0.0, std::max(0.0, screen.height * 0.9));
     placement.left = std::clamp(placement.left, -placement.width * 0.9, screen.width * 0.9);
@@ -54,6 +55,8 @@ std::string normalPlacement(const Screen& screen, double width, double height) {
            plainDecimal(width);
 }
 
-std::string maximizedPlacement(std::string stored) { return stored.empty() ? "2" : stored.replace(0, 1, "2"); }
+std::string maximizedPlacement(std::string stored) {
+    return stored.empty() ? "2" : stored.replace(0, 1, "2");
+}
 
 } // namespace genutil

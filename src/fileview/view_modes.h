@@ -23,8 +23,8 @@ struct ViewModeRules {
     bool isHistory = false; // prose: proportional font, wrapped, no file name in the title
 };
 
-// The rules of a view mode; a number without a mode of its own gets those of a plain file display whose placement is
-// not remembered.
+// The rules of a view mode; a number without a mode of its own gets those of a plain file display whose
+// placement is not remembered.
 const ViewModeRules& viewMode(std::int16_t number);
 
 } // namespace genutil

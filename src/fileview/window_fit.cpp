@@ -6,10 +6,10 @@ namespace genutil {
 namespace {
 
 constexpr std::size_t standardColumns = 80;
-constexpr double measuringSize = 8.25;  // points
-constexpr double textBoxMargin = 72;    // what the text box needs beside its text
+constexpr double measuringSize = 8.25; // points
+constexpr double textBoxMargin = 72;   // what the text box needs beside its text
 constexpr double twipsPerPoint = 20;
-constexpr double widestGlyph = 1.5;     // em; no character of the report fonts is wider for each of its columns
+constexpr double widestGlyph = 1.5; // em; no character of the report fonts is wider for each of its columns
 
 // The widest line of a text in a proportional font, if it is wider than `width`.
 std::string_view widestProportionalLine(
@@ -45,7 +45,8 @@ double wantedTextWidth(Desktop& desktop, const Font& font, const text::TextDocum
     return desktop.textWidth(measuring, margin + std::string(widest));
 }
 
-std::optional<Fitted> fitWindow(const Screen& screen, WindowSize window, double textBoxWidth, double textWidth) {
+std::optional<Fitted> fitWindow(
+    const Screen& screen, WindowSize window, double textBoxWidth, double textWidth) {
     if (textBoxWidth - textBoxMargin >= textWidth)
         return std::nullopt;
     const double delta = std::nearbyint(textWidth + textBoxMargin - textBoxWidth);

@@ -36,9 +36,13 @@ StringUtilities& Component::strUtil() {
     return onFirstUse(strUtil_, objects_, &ObjectFactory::createStringUtilities);
 }
 
-RegistryInfo& Component::regInfo() { return onFirstUse(regInfo_, objects_, &ObjectFactory::createRegistryInfo); }
+RegistryInfo& Component::regInfo() {
+    return onFirstUse(regInfo_, objects_, &ObjectFactory::createRegistryInfo);
+}
 
-SystemInfo& Component::sysInfo() { return onFirstUse(sysInfo_, objects_, &ObjectFactory::createSystemInfo); }
+SystemInfo& Component::sysInfo() {
+    return onFirstUse(sysInfo_, objects_, &ObjectFactory::createSystemInfo);
+}
 
 DisplayFormats& Component::dispFormats() {
     return onFirstUse(dispFormats_, objects_, &ObjectFactory::createDisplayFormats);

@@ -9,12 +9,13 @@
 
 namespace genutil {
 
-// What every dialog works with: the desktop, the databases, files, and the host's service objects. It is passed in
-// wherever it is needed; only the class factory owns one for the whole process.
+// What every dialog works with: the desktop, the databases, files, and the host's service objects. It is
+// passed in wherever it is needed; only the class factory owns one for the whole process.
 class Component {
 public:
     // `databases` may be null where no dialog opens a job.
-    Component(Desktop& desktop, FileSystem& files, ObjectFactory& objects, DatabaseEngine* databases = nullptr);
+    Component(
+        Desktop& desktop, FileSystem& files, ObjectFactory& objects, DatabaseEngine* databases = nullptr);
     Component(const Component&) = delete;
     Component& operator=(const Component&) = delete;
 
@@ -24,8 +25,8 @@ public:
     // Throws ObjectNotSet where there is none.
     DatabaseEngine& databases() const;
 
-    // The host's service objects, each created on first use and kept for the life of the component. They throw
-    // CannotCreateObject, naming the class, when the host installation lacks it.
+    // The host's service objects, each created on first use and kept for the life of the component. They
+    // throw CannotCreateObject, naming the class, when the host installation lacks it.
     ErrorHandler& errHandler();
     GeneralProcedures& genProcs();
     StringUtilities& strUtil();

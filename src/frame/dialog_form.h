@@ -21,8 +21,9 @@ struct HelpTopics {
     int firstShared, lastShared;
 };
 
-// What all dialog forms share: modality, instant help that follows activation and the mouse, F1, key preview, the
-// names of procedures in error reports, and what is released on closing. A form states only its own values.
+// What all dialog forms share: modality, instant help that follows activation and the mouse, F1, key preview,
+// the names of procedures in error reports, and what is released on closing. A form states only its own
+// values.
 class DialogForm : public Form {
 public:
     // 1: shown modally, 0: modelessly. Set by the loader.
@@ -31,7 +32,8 @@ public:
     bool MenuIhelp = false;
 
     const std::string& shortName() const { return shortName_; }
-    // "(Form) Fileview::Sub Form_Setup" and the like; kind is "Sub", "Function", "Property Get" or "Property Let".
+    // "(Form) Fileview::Sub Form_Setup" and the like; kind is "Sub", "Function", "Property Get" or "Property
+    // Let".
     std::string qualifiedName(std::string_view procedureName, std::string_view kind = "Sub") const;
 
 protected:
@@ -43,21 +45,22 @@ protected:
 
     // Runs a procedure or a handler of this form inside its error boundary.
     template<class Body>
-    std::invoke_result_t<Body> run(std::string_view procedureName, Body&& body, std::string_view kind = "Sub") {
+    std::invoke_result_t<Body> run(
+        std::string_view procedureName, Body&& body, std::string_view kind = "Sub") {
         return procedure(
             component_, [&] { return qualifiedName(procedureName, kind); }, std::forward<Body>(body));
     }
     template<class Body>
     void handle(std::string_view handlerName, Body&& body) noexcept {
-        eventHandler(component_, [&] { return qualifiedName(handlerName); }, std::forward<Body>(body));
+        eventHandler(
+            component_, [&] { return qualifiedName(handlerName); }, std::forward<Body>(body));
     }
 
     // Connects `body` to an event of the form or of one of its controls, inside the boundary of a handler.
     template<class... Args, class Body>
     void on(Event<Args...>& event, std::string handlerName, Body body) {
-        event.connect([this, name = std::move(handlerName), body = std::move(body)](Args... args) {
-            handle(name, [&] { body(args...); });
-        });
+        event.connect([this, name = std::move(handlerName), body = std::move(body)](
+                          Args... args) { handle(name, [&] { body(args...); }); });
     }
 
     // Step by step what every set-up begins with: key preview, and the form's own instant-help object.

@@ -6,7 +6,8 @@ namespace genutil {
 
 void GenUtil::ReportError(const std::string& description, const std::string& procedure) {
     std::string upper = procedure;
-    std::ranges::transform(upper, upper.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
+    std::ranges::transform(
+        upper, upper.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
     ErrorHandler& handler = component_.errHandler();
     if (upper == "REACTIVATE" || handler.SkipNextReport())
         handler.setSkipNextReport(false);

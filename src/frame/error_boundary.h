@@ -7,12 +7,12 @@
 #include <type_traits>
 #include <utility>
 
-// The component's error protocol. Every procedure and every event handler runs inside one of the two boundaries
-// below; nothing else catches, the few local handlers that the dialogs' rules name excepted.
+// The component's error protocol. Every procedure and every event handler runs inside one of the two
+// boundaries below; nothing else catches, the few local handlers that the dialogs' rules name excepted.
 namespace genutil {
 
-// The reporter. "REACTIVATE" as the procedure name (in any case) only switches reporting back on; otherwise the error
-// is reported through the host's error object unless that asks, once, to skip the next report.
+// The reporter. "REACTIVATE" as the procedure name (in any case) only switches reporting back on; otherwise
+// the error is reported through the host's error object unless that asks, once, to skip the next report.
 class GenUtil {
 public:
     explicit GenUtil(Component& component) : component_(component) {}
@@ -22,12 +22,13 @@ private:
     Component& component_;
 };
 
-// Reports the exception being handled and throws it again as an Error with the same number, the procedure's name as
-// source and the number's standard description. A report that fails does not hide the error: it is left out.
+// Reports the exception being handled and throws it again as an Error with the same number, the procedure's
+// name as source and the number's standard description. A report that fails does not hide the error: it is
+// left out.
 [[noreturn]] void reportAndRaise(Component& component, const std::string& procedure);
 
-// Reports the exception being handled through the host's error object. When that cannot be had, the user is told in a
-// message box, so that no failure is silent. Never throws.
+// Reports the exception being handled through the host's error object. When that cannot be had, the user is
+// told in a message box, so that no failure is silent. Never throws.
 void reportEvent(Component& component, const std::string& handler) noexcept;
 
 // Runs a procedure: one that other code calls and that hands its errors to its caller. `makeName` returns its

@@ -10,7 +10,8 @@
 
 namespace genutil {
 
-// The life of a public class: `ClassActive` from creation to destruction, and `SetBlank`, which changes nothing.
+// The life of a public class: `ClassActive` from creation to destruction, and `SetBlank`, which changes
+// nothing.
 class LoaderBase {
 public:
     LoaderBase(Component& component, std::string className)
@@ -24,7 +25,8 @@ public:
 
     void SetBlank() {}
 
-    // "(Class Module) cFileViewLoader::Sub LoadFileViewForm" and the like; without a kind the name stands alone.
+    // "(Class Module) cFileViewLoader::Sub LoadFileViewForm" and the like; without a kind the name stands
+    // alone.
     std::string qualifiedName(std::string_view procedureName, std::string_view kind = "Sub") const {
         return ("(Class Module) " + className_ + "::")
             .append(kind)
@@ -36,7 +38,8 @@ protected:
     Component& component() const { return component_; }
 
     template<class Body>
-    std::invoke_result_t<Body> run(std::string_view procedureName, Body&& body, std::string_view kind = "Sub") {
+    std::invoke_result_t<Body> run(
+        std::string_view procedureName, Body&& body, std::string_view kind = "Sub") {
         return procedure(
             component_, [&] { return qualifiedName(procedureName, kind); }, std::forward<Body>(body));
     }
@@ -46,8 +49,8 @@ private:
     std::string className_;
 };
 
-// The common shape of a Load…Form operation: a new form replaces the earlier one, is given its inputs, sets itself up
-// and shows itself; its results are copied back; a modal form is then released.
+// The common shape of a Load…Form operation: a new form replaces the earlier one, is given its inputs, sets
+// itself up and shows itself; its results are copied back; a modal form is then released.
 template<class FormType>
 class FormLoader : public LoaderBase {
 public:
@@ -79,14 +82,17 @@ protected:
     std::shared_ptr<FormType> form_;
 };
 
-// A public class whose dialog is not part of this version: its life is there, its operation answers with an error.
+// A public class whose dialog is not part of this version: its life is there, its operation answers with an
+// error.
 class PendingLoader : public LoaderBase {
 public:
     PendingLoader(Component& component, std::string className, std::string operation, std::string kind)
-        : LoaderBase(component, std::move(className)), operation_(std::move(operation)), kind_(std::move(kind)) {}
+        : LoaderBase(component, std::move(className)), operation_(std::move(operation)),
+          kind_(std::move(kind)) {}
 
     [[noreturn]] void load() {
-        run(operation_, [] { throw Error(errors::NotAvailableYet); }, kind_);
+        run(
+            operation_, [] { throw Error(errors::NotAvailableYet); }, kind_);
         std::terminate();
     }
 

@@ -28,8 +28,8 @@ std::string fitPathToLabel(const std::string& path, const LateBound& label) {
         .toStdString();
 }
 
-// Where list files go: location 0 is the program's own list folder, 1 the data folder's, 2 the folder of the data files
-// themselves (the open job's, or the data folder while none is open). Folders end in a separator.
+// Where list files go: location 0 is the program's own list folder, 1 the data folder's, 2 the folder of the
+// data files themselves (the open job's, or the data folder while none is open). Folders end in a separator.
 std::string listFolderFor(
     const std::string& programFolder, int location, const std::string& dataPath, const std::string& jobPath) {
     switch (location) {

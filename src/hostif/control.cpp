@@ -38,15 +38,21 @@ bool sameName(std::string_view a, std::string_view b) {
 
 } // namespace
 
-Control::Control(Form& form, std::string name) : form_(&form), name_(std::move(name)) { form.adopt(*this); }
+Control::Control(Form& form, std::string name) : form_(&form), name_(std::move(name)) {
+    form.adopt(*this);
+}
 
 Control::Control(Form& form, std::string name, std::nullptr_t) : form_(&form), name_(std::move(name)) {}
 
 Control::~Control() = default;
 
-bool Control::canFocus() const { return enabled && visible && tabIndex >= 0; }
+bool Control::canFocus() const {
+    return enabled && visible && tabIndex >= 0;
+}
 
-void Control::setFocus() { form_->moveFocus(this); }
+void Control::setFocus() {
+    form_->moveFocus(this);
+}
 
 const ScriptMember* Control::findMember(std::string_view member) const {
     const auto named = [&](const ScriptMember& m) { return sameName(m.name, member); };
@@ -70,7 +76,8 @@ void Control::writeMember(std::string_view member, const Value& value) {
     if (!found)
         throw Error(errors::NoSuchMember, name_ + " has no property '" + std::string(member) + "'");
     if (!found->write)
-        throw Error(errors::InvalidCall, "Property '" + std::string(member) + "' of " + name_ + " is read-only");
+        throw Error(
+            errors::InvalidCall, "Property '" + std::string(member) + "' of " + name_ + " is read-only");
     found->write(*this, value);
 }
 

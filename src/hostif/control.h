@@ -14,13 +14,27 @@ class Control;
 class Form;
 
 // What changed about a control; a view redraws just that.
-enum class Aspect { Text, Value, Enabled, Visible, Geometry, Font, Items, Locked, Help, Caption, Focus, WindowState };
+enum class Aspect {
+    Text,
+    Value,
+    Enabled,
+    Visible,
+    Geometry,
+    Font,
+    Items,
+    Locked,
+    Help,
+    Caption,
+    Focus,
+    WindowState
+};
 
 // A property of a control that views follow: assigning a different value notifies the control's `changed`.
 template<class T>
 class Observed {
 public:
-    Observed(Control& owner, Aspect aspect, T initial) : owner_(owner), aspect_(aspect), value_(std::move(initial)) {}
+    Observed(Control& owner, Aspect aspect, T initial)
+        : owner_(owner), aspect_(aspect), value_(std::move(initial)) {}
     Observed(const Observed&) = delete;
 
     const T& get() const { return value_; }
@@ -66,16 +80,16 @@ struct KeyEvent {
     bool alt = false;
 };
 
-// A property of a control or form that host objects may use by name (instant help, general procedures, the host's
-// handle on the viewer's text). `write` is null for a read-only one.
+// A property of a control or form that host objects may use by name (instant help, general procedures, the
+// host's handle on the viewer's text). `write` is null for a read-only one.
 struct ScriptMember {
     std::string_view name;
     Value (*read)(Control&);
     void (*write)(Control&, const Value&);
 };
 
-// The model of one control: its state and its events, and nothing of how it looks. A view shows the state and reports
-// the user's acts through the members named "user…". Lengths are twips (1/1440 inch).
+// The model of one control: its state and its events, and nothing of how it looks. A view shows the state and
+// reports the user's acts through the members named "user…". Lengths are twips (1/1440 inch).
 class Control {
 public:
     Control(Form& form, std::string name);
@@ -95,8 +109,8 @@ public:
     Observed<Font> font{*this, Aspect::Font, {}};
     Observed<std::string> tag{*this, Aspect::Help, {}};
     Observed<std::string> toolTip{*this, Aspect::Help, {}};
-    int tabIndex = -1;      // -1: not in the tab order
-    int helpContextId = 0;  // topic number; 0: no topic
+    int tabIndex = -1;     // -1: not in the tab order
+    int helpContextId = 0; // topic number; 0: no topic
 
     Event<Aspect> changed;
     Event<> gotFocus;
@@ -108,8 +122,8 @@ public:
     bool canFocus() const;
     void setFocus();
 
-    // Properties by name, compared without regard to case. A name without a member: Error NoSuchMember; writing a
-    // read-only one: Error InvalidCall.
+    // Properties by name, compared without regard to case. A name without a member: Error NoSuchMember;
+    // writing a read-only one: Error InvalidCall.
     Value readMember(std::string_view member);
     void writeMember(std::string_view member, const Value& value);
     const ScriptMember* findMember(std::string_view member) const;

@@ -120,7 +120,8 @@ void CheckBox::notify(Aspect aspect) {
 std::span<const ScriptMember> CheckBox::ownMembers() const {
     static constexpr std::array members{
         captionMember<CheckBox>,
-        ScriptMember{"Value", readOf<CheckBox, &CheckBox::ticked>, writeOf<CheckBox, &CheckBox::ticked, bool>},
+        ScriptMember{
+            "Value", readOf<CheckBox, &CheckBox::ticked>, writeOf<CheckBox, &CheckBox::ticked, bool>},
     };
     return members;
 }
@@ -185,7 +186,9 @@ void ReportText::setDocument(std::shared_ptr<const text::TextDocument> document)
     change();
 }
 
-void ReportText::clear() { setDocument(std::make_shared<text::TextDocument>()); }
+void ReportText::clear() {
+    setDocument(std::make_shared<text::TextDocument>());
+}
 
 std::span<const ScriptMember> ReportText::ownMembers() const {
     static constexpr std::array members{
@@ -201,8 +204,8 @@ std::span<const ScriptMember> ReportText::ownMembers() const {
                 static_cast<ReportText&>(c).setDocument(
                     std::make_shared<text::TextDocument>(text::TextDocument::fromBytes(v.toText())));
             }},
-        ScriptMember{
-            "Locked", readOf<ReportText, &ReportText::locked>, writeOf<ReportText, &ReportText::locked, bool>},
+        ScriptMember{"Locked", readOf<ReportText, &ReportText::locked>,
+            writeOf<ReportText, &ReportText::locked, bool>},
     };
     return members;
 }
@@ -222,7 +225,9 @@ void Grid::setFormat(const std::string& format) {
         const char lead = titles[i].empty() ? '\0' : titles[i][0];
         const bool aligned = lead == '<' || lead == '^' || lead == '>';
         columns_[i].title = aligned ? titles[i].substr(1) : titles[i];
-        columns_[i].alignment = lead == '^' ? Alignment::Centre : lead == '>' ? Alignment::Right : Alignment::Left;
+        columns_[i].alignment = lead == '^'   ? Alignment::Centre
+                                : lead == '>' ? Alignment::Right
+                                              : Alignment::Left;
     }
     notify(Aspect::Items);
 }

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-// The models of the kinds of control that the dialogs use. Assigning a property by code and the user's act run the
-// same handlers, as the rules of the dialogs expect.
+// The models of the kinds of control that the dialogs use. Assigning a property by code and the user's act
+// run the same handlers, as the rules of the dialogs expect.
 namespace genutil {
 
 // Text that the user cannot change. An auto-sized label is always as wide as its caption.
@@ -54,10 +54,12 @@ protected:
     std::span<const ScriptMember> ownMembers() const override;
 };
 
-// An entry of a menu bar or of a pop-up menu. "-" is a separator; a menu is an item that others name as parent.
+// An entry of a menu bar or of a pop-up menu. "-" is a separator; a menu is an item that others name as
+// parent.
 class MenuItem : public Control {
 public:
-    MenuItem(Form& form, std::string name, std::string text, MenuItem* parent = nullptr, std::string shortcut = {});
+    MenuItem(Form& form, std::string name, std::string text, MenuItem* parent = nullptr,
+        std::string shortcut = {});
 
     Observed<std::string> caption;
     Observed<bool> checked{*this, Aspect::Value, false};
@@ -80,7 +82,7 @@ public:
 
     Observed<std::string> text;
     Observed<bool> locked{*this, Aspect::Locked, false};
-    std::size_t selectionStart = 0;  // in UTF-8 units
+    std::size_t selectionStart = 0; // in UTF-8 units
     std::size_t selectionLength = 0;
     Event<> change;
 
@@ -218,8 +220,8 @@ public:
     void clearRows();
     // Adds a row of tab-separated texts.
     void addRow(const std::string& tabSeparated);
-    // The text of a cell, the header included; "" for a column that the row does not have. OutOfRange for a row that
-    // the grid does not have.
+    // The text of a cell, the header included; "" for a column that the row does not have. OutOfRange for a
+    // row that the grid does not have.
     std::string text(std::int32_t row, std::int32_t column) const;
 
     Observed<std::int32_t> row{*this, Aspect::Value, 0};

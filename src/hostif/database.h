@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-// Job databases. Failures throw Error with the engine's number: TableNotFound, UnrecognisedDatabase, ItemNotFound
-// (no such field), NoCurrentRecord, ReadOnlyDatabase, DatabaseLocked.
+// Job databases. Failures throw Error with the engine's number: TableNotFound, UnrecognisedDatabase,
+// ItemNotFound (no such field), NoCurrentRecord, ReadOnlyDatabase, DatabaseLocked.
 namespace genutil {
 
 class Recordset {
@@ -39,7 +39,8 @@ public:
 class DatabaseEngine {
 public:
     virtual ~DatabaseEngine() = default;
-    virtual std::shared_ptr<Database> OpenDatabase(const std::string& path, bool exclusive, bool readOnly) = 0;
+    virtual std::shared_ptr<Database> OpenDatabase(
+        const std::string& path, bool exclusive, bool readOnly) = 0;
 };
 
 } // namespace genutil

@@ -58,8 +58,8 @@ public:
     virtual std::string text() = 0;
 };
 
-// The user's desktop: everything that puts something on the screen or asks the user. Called on the user-interface
-// thread only.
+// The user's desktop: everything that puts something on the screen or asks the user. Called on the
+// user-interface thread only.
 class Desktop {
 public:
     virtual ~Desktop() = default;
@@ -73,15 +73,15 @@ public:
     // Whether every character of the font is equally wide.
     virtual bool isFixedPitch(const Font& font) = 0;
 
-    // Shows the form. Modal: returns when the form has been hidden or has closed. Modeless: returns at once; the
-    // desktop keeps the form alive until it closes.
+    // Shows the form. Modal: returns when the form has been hidden or has closed. Modeless: returns at once;
+    // the desktop keeps the form alive until it closes.
     virtual void show(const std::shared_ptr<Form>& form, bool modal) = 0;
     virtual void hide(Form& form) = 0;
     // The form has unloaded: takes its window away.
     virtual void close(Form& form) = 0;
     virtual void bringToFront(Form& form) = 0;
-    // Paints the control now, without waiting for pending events. A desktop may leave out a painting that the eye
-    // could not see because the control was painted less than one screen refresh ago.
+    // Paints the control now, without waiting for pending events. A desktop may leave out a painting that the
+    // eye could not see because the control was painted less than one screen refresh ago.
     virtual void repaint(Control& control) = 0;
     virtual void doEvents() = 0;
 
@@ -111,8 +111,8 @@ private:
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
-    // Overwrites, truncates and removes a regular file. Refuses anything else, symbolic links included. Throws Error
-    // with the reason; the file is then as much of its old self as the failed step left.
+    // Overwrites, truncates and removes a regular file. Refuses anything else, symbolic links included.
+    // Throws Error with the reason; the file is then as much of its old self as the failed step left.
     virtual void wipeFile(const std::string& path) = 0;
 };
 

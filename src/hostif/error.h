@@ -43,7 +43,8 @@ inline constexpr int DialogCancelled = 32755;
 // The standard description of an error number; a neutral sentence naming the number for one without its own.
 std::string standardDescription(int number);
 
-// An error as the product knows it: a number, what went wrong, and the qualified name of the procedure it came from.
+// An error as the product knows it: a number, what went wrong, and the qualified name of the procedure it
+// came from.
 class Error : public std::runtime_error {
 public:
     explicit Error(int number, std::string description = {}, std::string source = {});
@@ -57,8 +58,9 @@ private:
     std::string source_;
 };
 
-// The exception as an Error. Exceptions of the standard library keep their text and get the nearest number (file
-// errors by their error code); an exception of any other type becomes InternalError. Never throws but bad_alloc.
+// The exception as an Error. Exceptions of the standard library keep their text and get the nearest number
+// (file errors by their error code); an exception of any other type becomes InternalError. Never throws but
+// bad_alloc.
 Error toError(const std::exception_ptr& exception);
 
 } // namespace genutil

@@ -27,8 +27,8 @@ private:
     std::function<void()> disconnect_;
 };
 
-// Something that happens, with the handlers to run when it does, in the order in which they were connected. A handler
-// may connect, disconnect, or destroy the event itself while it runs.
+// Something that happens, with the handlers to run when it does, in the order in which they were connected. A
+// handler may connect, disconnect, or destroy the event itself while it runs.
 template<class... Args>
 class Event {
 public:

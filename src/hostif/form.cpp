@@ -8,7 +8,9 @@
 namespace genutil {
 namespace {
 
-Form& asForm(Control& control) { return static_cast<Form&>(control); }
+Form& asForm(Control& control) {
+    return static_cast<Form&>(control);
+}
 
 constexpr std::array formMembers{
     ScriptMember{"Caption", [](Control& c) { return Value(asForm(c).caption.get()); },
@@ -31,9 +33,13 @@ Form::Form(Desktop& desktop, std::string name, std::string text, WindowChrome ch
     ++alive_;
 }
 
-Form::~Form() { --alive_; }
+Form::~Form() {
+    --alive_;
+}
 
-std::span<const ScriptMember> Form::ownMembers() const { return formMembers; }
+std::span<const ScriptMember> Form::ownMembers() const {
+    return formMembers;
+}
 
 Control* Form::findControl(std::string_view name) const {
     const auto found = std::ranges::find_if(controls_, [&](const Control* c) { return c->name() == name; });
@@ -46,7 +52,9 @@ void Form::show(bool modal) {
     desktop_.show(shared_from_this(), modal);
 }
 
-void Form::hide() { desktop_.hide(*this); }
+void Form::hide() {
+    desktop_.hide(*this);
+}
 
 bool Form::unload(UnloadReason reason) {
     if (!loaded_)
@@ -132,7 +140,8 @@ void Form::setShown(bool shown) {
 
 void Form::notify(Aspect aspect) {
     Control::notify(aspect);
-    // A change of size by the form's own rules raises the event just as the user's does; a change of place does not.
+    // A change of size by the form's own rules raises the event just as the user's does; a change of place
+    // does not.
     if (userIsResizing_ || (aspect != Aspect::Geometry && aspect != Aspect::WindowState))
         return;
     if (width != lastWidth_ || height != lastHeight_ || windowState != lastState_) {

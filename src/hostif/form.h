@@ -19,8 +19,8 @@ struct WindowChrome {
     double height = 0;
 };
 
-// The model of a window. Its size is the nominal outer size in twips: the rules compute with it, and the desktop's
-// view gives the window's contents what is left of it after `chrome`.
+// The model of a window. Its size is the nominal outer size in twips: the rules compute with it, and the
+// desktop's view gives the window's contents what is left of it after `chrome`.
 class Form : public Control, public std::enable_shared_from_this<Form> {
 public:
     Form(Desktop& desktop, std::string name, std::string caption, WindowChrome chrome = {});
@@ -41,8 +41,8 @@ public:
 
     Event<> activate;
     Event<> deactivate;
-    Event<KeyEvent&> keyPress; // `code` is the character code
-    Event<> resize;            // the size or the window state changed
+    Event<KeyEvent&> keyPress;              // `code` is the character code
+    Event<> resize;                         // the size or the window state changed
     Event<bool&, UnloadReason> queryUnload; // set the flag to refuse
     Event<> unloaded;
     Event<> refreshed; // the form asks to be painted afresh

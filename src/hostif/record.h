@@ -19,9 +19,10 @@ struct Property {
 class Record;
 using RecordPtr = std::shared_ptr<Record>;
 
-// An object of the host: a record (program, job, job details, configuration, preferences, option set, instant-help
-// choice) or anything reached by name, such as the main window and its menu items. Every member throws Error:
-// NoSuchMember names a member that the object lacks, TypeMismatch a member that hands over something unfit.
+// An object of the host: a record (program, job, job details, configuration, preferences, option set,
+// instant-help choice) or anything reached by name, such as the main window and its menu items. Every member
+// throws Error: NoSuchMember names a member that the object lacks, TypeMismatch a member that hands over
+// something unfit.
 class Record {
 public:
     virtual ~Record() = default;
@@ -41,7 +42,8 @@ public:
         try {
             return value.template to<T>();
         } catch (const Error& error) {
-            throw Error(error.number(), "Property '" + std::string(property.name) + "': " + error.description());
+            throw Error(
+                error.number(), "Property '" + std::string(property.name) + "': " + error.description());
         }
     }
     template<class T>

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-// The service objects of the host installation. The component creates each by its class on first use (ObjectFactory)
-// and calls it from the user-interface thread only. A service that fails throws Error.
+// The service objects of the host installation. The component creates each by its class on first use
+// (ObjectFactory) and calls it from the user-interface thread only. A service that fails throws Error.
 namespace genutil {
 
 class Control;
@@ -32,14 +32,15 @@ public:
     virtual void SelectAllText(Control& control) = 0;
     virtual void BeforeSave(Form& form) = 0;
     // The two flags belong to the settings service; the file viewer and the job list pass True and False.
-    virtual std::string ReadSetting(const std::string& file, const std::string& section, const std::string& key,
-        const std::string& fallback, bool createFlag, bool storeFlag) = 0;
+    virtual std::string ReadSetting(const std::string& file, const std::string& section,
+        const std::string& key, const std::string& fallback, bool createFlag, bool storeFlag) = 0;
     virtual void WriteSetting(const std::string& file, const std::string& section, const std::string& key,
         const std::string& value, std::int16_t flag) = 0;
     virtual Value FieldOrDefault(const Value& field, const Value& fallback) = 0;
     // Takes the extension, dot included, off the name and returns it.
     virtual std::string SplitExtension(std::string& name) = 0;
-    virtual void SplitPath(const std::string& path, std::string& file, std::string& folder, std::string& drive) = 0;
+    virtual void SplitPath(
+        const std::string& path, std::string& file, std::string& folder, std::string& drive) = 0;
     virtual bool FileExists(const std::string& path) = 0;
     virtual std::string FitPathToLabel(const std::string& path, Control& label, Form& form) = 0;
     virtual std::string ListFolderFor(
@@ -55,7 +56,8 @@ public:
     virtual ~StringUtilities() = default;
     // The text before the first separator; `text` keeps what follows it ("" when no separator is left).
     virtual std::string NextField(std::string& text, const std::string& separator) = 0;
-    virtual std::string FormatValue(const Value& value, const std::string& format, const std::string& further) = 0;
+    virtual std::string FormatValue(
+        const Value& value, const std::string& format, const std::string& further) = 0;
     virtual std::string AngleText(
         const std::string& degrees, std::int16_t option, const std::string& kind, std::int16_t flag) = 0;
     virtual std::string CaptionText(const std::string& text) = 0;
@@ -127,22 +129,24 @@ public:
     virtual std::string ProgramSectionName() = 0;
     virtual bool OpenSettingsStore(const RecordPtr& prog, bool& storeFlag, bool& workingCopy) = 0;
     virtual void SaveAllSettings(const SettingsChoice& choice, const RecordPtr& prog, const RecordPtr& job,
-        const RecordPtr& instantHelp, const RecordPtr& preferences, const RecordPtr& options, bool storeFlag) = 0;
-    virtual void CloseSettingsStore(const RecordPtr& prog, bool storeFlag, bool status, bool& workingCopy) = 0;
+        const RecordPtr& instantHelp, const RecordPtr& preferences, const RecordPtr& options,
+        bool storeFlag) = 0;
+    virtual void CloseSettingsStore(
+        const RecordPtr& prog, bool storeFlag, bool status, bool& workingCopy) = 0;
 };
 
 class InstantHelp { // one object per form that uses instant help
 public:
     virtual ~InstantHelp() = default;
-    virtual void SetupHelp(Form& form, std::int32_t firstTopic, std::int32_t lastTopic, std::int32_t firstShared,
-        std::int32_t lastShared, const std::string& helpSource) = 0;
+    virtual void SetupHelp(Form& form, std::int32_t firstTopic, std::int32_t lastTopic,
+        std::int32_t firstShared, std::int32_t lastShared, const std::string& helpSource) = 0;
     virtual void ShowControlHelp(Form& form, Control& control) = 0;
     virtual void ShowFormHelp(Form& form) = 0;
     virtual void AttachComboLabel(Control& dummyLabel, Control& comboBox) = 0;
 };
 
-// Creates the host's objects by class. A class that is not registered or cannot be created: CannotCreateObject,
-// the description naming the class.
+// Creates the host's objects by class. A class that is not registered or cannot be created:
+// CannotCreateObject, the description naming the class.
 class ObjectFactory {
 public:
     virtual ~ObjectFactory() = default;

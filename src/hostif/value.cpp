@@ -28,8 +28,8 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-// The text in the form that from_chars reads: a point as decimal separator, group separators of the integer part and
-// a leading plus removed.
+// The text in the form that from_chars reads: a point as decimal separator, group separators of the integer
+// part and a leading plus removed.
 std::string plainNumber(std::string_view text) {
     const NumberLocale& locale = numberLocale();
     std::string plain;
@@ -91,15 +91,20 @@ Integer toInteger(double value) {
     using Limits = std::numeric_limits<Integer>;
     if (!(rounded >= double(Limits::min()) && rounded <= double(Limits::max())))
         throw Error(errors::Overflow, "Overflow: " + numberText(value) + " is outside " +
-                                          std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()));
+                                          std::to_string(Limits::min()) + " to " +
+                                          std::to_string(Limits::max()));
     return Integer(rounded);
 }
 
 } // namespace
 
-const NumberLocale& numberLocale() { return currentLocale(); }
+const NumberLocale& numberLocale() {
+    return currentLocale();
+}
 
-void setNumberLocale(NumberLocale locale) { currentLocale() = std::move(locale); }
+void setNumberLocale(NumberLocale locale) {
+    currentLocale() = std::move(locale);
+}
 
 double Value::toDouble() const {
     return std::visit(
@@ -136,9 +141,13 @@ std::uint8_t Value::toByte() const {
     return toInteger<std::uint8_t>(toDouble());
 }
 
-std::int16_t Value::toInt16() const { return toInteger<std::int16_t>(toDouble()); }
+std::int16_t Value::toInt16() const {
+    return toInteger<std::int16_t>(toDouble());
+}
 
-std::int32_t Value::toInt32() const { return toInteger<std::int32_t>(toDouble()); }
+std::int32_t Value::toInt32() const {
+    return toInteger<std::int32_t>(toDouble());
+}
 
 float Value::toSingle() const {
     const double value = toDouble();
@@ -167,14 +176,38 @@ std::string Value::toText() const {
         storage_);
 }
 
-template<> Value Value::to<Value>() const { return *this; }
-template<> bool Value::to<bool>() const { return toBool(); }
-template<> std::uint8_t Value::to<std::uint8_t>() const { return toByte(); }
-template<> std::int16_t Value::to<std::int16_t>() const { return toInt16(); }
-template<> std::int32_t Value::to<std::int32_t>() const { return toInt32(); }
-template<> float Value::to<float>() const { return toSingle(); }
-template<> double Value::to<double>() const { return toDouble(); }
-template<> std::string Value::to<std::string>() const { return toText(); }
+template<>
+Value Value::to<Value>() const {
+    return *this;
+}
+template<>
+bool Value::to<bool>() const {
+    return toBool();
+}
+template<>
+std::uint8_t Value::to<std::uint8_t>() const {
+    return toByte();
+}
+template<>
+std::int16_t Value::to<std::int16_t>() const {
+    return toInt16();
+}
+template<>
+std::int32_t Value::to<std::int32_t>() const {
+    return toInt32();
+}
+template<>
+float Value::to<float>() const {
+    return toSingle();
+}
+template<>
+double Value::to<double>() const {
+    return toDouble();
+}
+template<>
+std::string Value::to<std::string>() const {
+    return toText();
+}
 
 std::string numberText(double value, int digits) {
     if (std::isnan(value))
@@ -186,8 +219,9 @@ std::string numberText(double value, int digits) {
 
     // Scientific form "d.dddde±xx" gives the digits and the decimal exponent.
     char buffer[64];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific,
-        digits - 1).ptr;
+    const auto end = std::to_chars(
+        buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific, digits - 1)
+                         .ptr;
     const std::string_view scientific(buffer, std::size_t(end - buffer));
     const auto mark = scientific.find('e');
     int exponent = 0;
@@ -214,7 +248,8 @@ std::string numberText(double value, int digits) {
     } else if (count <= exponent + 1) {
         text += significant + std::string(std::size_t(exponent + 1 - count), '0');
     } else {
-        text += significant.substr(0, std::size_t(exponent + 1)) + point + significant.substr(std::size_t(exponent + 1));
+        text += significant.substr(0, std::size_t(exponent + 1)) + point +
+                significant.substr(std::size_t(exponent + 1));
     }
     return text;
 }

@@ -11,7 +11,8 @@ struct Null {
     friend bool operator==(Null, Null) { return true; }
 };
 
-// How numbers are written for the user: both one character, as UTF-8. A number text is read with the same two.
+// How numbers are written for the user: both one character, as UTF-8. A number text is read with the same
+// two.
 struct NumberLocale {
     std::string decimalPoint = ".";
     std::string groupSeparator = ",";
@@ -22,8 +23,10 @@ const NumberLocale& numberLocale();
 void setNumberLocale(NumberLocale locale);
 
 // A value of a host property or a database field, with the product's ordinary conversions:
-//  - to an integer: fractions go to the nearest integer, halves to the even neighbour; outside the range: Overflow;
-//  - text to a number: blanks around it, a sign, group separators and an exponent are accepted; anything else, the
+//  - to an integer: fractions go to the nearest integer, halves to the even neighbour; outside the range:
+//  Overflow;
+//  - text to a number: blanks around it, a sign, group separators and an exponent are accepted; anything
+//  else, the
 //    empty text included: TypeMismatch;
 //  - a number to text: the shortest text with at most 15 significant digits (7 for a single); see toText;
 //  - Boolean to number: True is -1; number to Boolean: not zero;
@@ -69,12 +72,14 @@ private:
     Storage storage_;
 };
 
-// The shortest decimal text of the value with at most `digits` significant digits, decimal separator of the locale.
-// Plain notation for magnitudes below 10^digits with at most `digits` decimals, otherwise exponent notation
+// The shortest decimal text of the value with at most `digits` significant digits, decimal separator of the
+// locale. Plain notation for magnitudes below 10^digits with at most `digits` decimals, otherwise exponent
+// notation
 // ("1.5E+20", "1E-16").
 std::string numberText(double value, int digits = 15);
 
-// The leading number of a text, blanks ignored, a point as the decimal separator whatever the locale; 0 without one.
+// The leading number of a text, blanks ignored, a point as the decimal separator whatever the locale; 0
+// without one.
 double leadingNumber(std::string_view text);
 
 } // namespace genutil

@@ -9,17 +9,19 @@
 
 namespace genutil {
 
-// Drives a gauge window over a host's long computation: GaugeSetup opens it, Gauge advances it, GaugeRemove closes it.
+// Drives a gauge window over a host's long computation: GaugeSetup opens it, Gauge advances it, GaugeRemove
+// closes it.
 class cProgress : public LoaderBase {
 public:
     explicit cProgress(Component& component) : LoaderBase(component, "cProgress") {}
     // Closes the window.
     ~cProgress();
 
-    // A second set-up without GaugeRemove opens a second window; the first stays open and is no longer driven.
+    // A second set-up without GaugeRemove opens a second window; the first stays open and is no longer
+    // driven.
     void GaugeSetup(const std::string& title, const std::string& incrLabel);
-    // Fills the bar to perCent when that is 1 to 100 and above the previous call's; shows incrNo unless it is empty.
-    // Pending window events run when the bar moves. Throws ObjectNotSet before GaugeSetup.
+    // Fills the bar to perCent when that is 1 to 100 and above the previous call's; shows incrNo unless it is
+    // empty. Pending window events run when the bar moves. Throws ObjectNotSet before GaugeSetup.
     void Gauge(const std::string& incrNo, std::int16_t perCent);
     // Without a gauge it does nothing.
     void GaugeRemove();

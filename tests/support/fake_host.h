@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-// A host without a host: its records are maps, its services keep state, write every call into one log, and can be told
-// to fail.
+// A host without a host: its records are maps, its services keep state, write every call into one log, and
+// can be told to fail.
 namespace genutil::fake {
 
 class FakeRecord : public Record {
@@ -42,8 +42,8 @@ public:
 // What every service of one fake host shares.
 struct HostState {
     std::vector<std::string> log;
-    std::set<std::string> failing;             // names of operations that throw a foreign exception
-    std::set<std::string> missing;             // classes that cannot be created
+    std::set<std::string> failing; // names of operations that throw a foreign exception
+    std::set<std::string> missing; // classes that cannot be created
     std::map<std::string, std::string> settings;
     bool skipNextReport = false;
     std::int16_t charSet = 0;
@@ -86,8 +86,8 @@ struct FakeGeneralProcedures : GeneralProcedures {
         const auto found = host.settings.find(key);
         return found == host.settings.end() ? fallback : found->second;
     }
-    void WriteSetting(const std::string&, const std::string&, const std::string& key, const std::string& value,
-        std::int16_t) override {
+    void WriteSetting(const std::string&, const std::string&, const std::string& key,
+        const std::string& value, std::int16_t) override {
         host.call("WriteSetting", key + "=" + value);
         host.settings[key] = value;
     }
@@ -100,10 +100,14 @@ struct FakeGeneralProcedures : GeneralProcedures {
         name.erase(name.size() - extension.size());
         return extension;
     }
-    void SplitPath(const std::string&, std::string&, std::string&, std::string&) override { host.call("SplitPath"); }
+    void SplitPath(const std::string&, std::string&, std::string&, std::string&) override {
+        host.call("SplitPath");
+    }
     bool FileExists(const std::string&) override { return false; }
     std::string FitPathToLabel(const std::string& path, Control&, Form&) override { return path; }
-    std::string ListFolderFor(std::int16_t, const std::string& data, const std::string&) override { return data; }
+    std::string ListFolderFor(std::int16_t, const std::string& data, const std::string&) override {
+        return data;
+    }
     double GridColumnsWidth(Control&, bool) override { return 0; }
     bool JobUsesGeoid(const RecordPtr&, const RecordPtr&, bool) override { return false; }
     bool GeoidFileDefined(const RecordPtr&) override { return false; }
@@ -119,7 +123,8 @@ struct FakeStringUtilities : StringUtilities {
     std::string FormatValue(const Value& value, const std::string&, const std::string&) override {
         return value.toText();
     }
-    std::string AngleText(const std::string& degrees, std::int16_t, const std::string&, std::int16_t) override {
+    std::string AngleText(
+        const std::string& degrees, std::int16_t, const std::string&, std::int16_t) override {
         return degrees;
     }
     std::string CaptionText(const std::string& text) override { return text; }
@@ -161,7 +166,8 @@ struct FakeInstantHelp : InstantHelp {
     void SetupHelp(Form& form, std::int32_t first, std::int32_t last, std::int32_t firstShared,
         std::int32_t lastShared, const std::string& source) override {
         host.call("SetupHelp", form.name() + " " + std::to_string(first) + " " + std::to_string(last) + " " +
-                                   std::to_string(firstShared) + " " + std::to_string(lastShared) + " " + source);
+                                   std::to_string(firstShared) + " " + std::to_string(lastShared) + " " +
+                                   source);
     }
     void ShowControlHelp(Form&, Control& control) override { host.call("ShowControlHelp", control.name()); }
     void ShowFormHelp(Form& form) override { host.call("ShowFormHelp", form.name()); }
@@ -170,22 +176,32 @@ struct FakeInstantHelp : InstantHelp {
 
 class FakeHost : public ObjectFactory, public HostState {
 public:
-    std::unique_ptr<ErrorHandler> createErrorHandler() override { return make<FakeErrorHandler>("errHandler"); }
+    std::unique_ptr<ErrorHandler> createErrorHandler() override {
+        return make<FakeErrorHandler>("errHandler");
+    }
     std::unique_ptr<GeneralProcedures> createGeneralProcedures() override {
         return make<FakeGeneralProcedures>("genProcs");
     }
     std::unique_ptr<StringUtilities> createStringUtilities() override {
         return std::make_unique<FakeStringUtilities>();
     }
-    std::unique_ptr<FileProcedures> createFileProcedures() override { return make<FakeFileProcedures>("fileProcs"); }
-    std::unique_ptr<RegistryInfo> createRegistryInfo() override { return std::make_unique<FakeRegistryInfo>(); }
+    std::unique_ptr<FileProcedures> createFileProcedures() override {
+        return make<FakeFileProcedures>("fileProcs");
+    }
+    std::unique_ptr<RegistryInfo> createRegistryInfo() override {
+        return std::make_unique<FakeRegistryInfo>();
+    }
     std::unique_ptr<SystemInfo> createSystemInfo() override { return make<FakeSystemInfo>("sysInfo"); }
     std::unique_ptr<InstantHelp> createInstantHelp() override { return make<FakeInstantHelp>("instantHelp"); }
-    std::unique_ptr<DisplayFormats> createDisplayFormats() override { return absent<DisplayFormats>("dispFormats"); }
+    std::unique_ptr<DisplayFormats> createDisplayFormats() override {
+        return absent<DisplayFormats>("dispFormats");
+    }
     std::unique_ptr<InterpolationNames> createInterpolationNames() override {
         return absent<InterpolationNames>("interpNames");
     }
-    std::unique_ptr<SettingsStore> createSettingsStore() override { return absent<SettingsStore>("settingsStore"); }
+    std::unique_ptr<SettingsStore> createSettingsStore() override {
+        return absent<SettingsStore>("settingsStore");
+    }
     RecordPtr createRecord(const std::string&) override { return std::make_shared<FakeRecord>(); }
 
 private:

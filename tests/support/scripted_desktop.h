@@ -13,20 +13,20 @@
 
 namespace genutil::fake {
 
-// A desktop without a screen that plays the user. Modal forms are handed to the next act of the script; message boxes
-// and file dialogs are answered from queues; everything that a user would notice is kept. A character is 100 twips
-// wide in any font of 8.25 points, and the screen is 1024 by 768 pixels of 15 twips.
+// A desktop without a screen that plays the user. Modal forms are handed to the next act of the script;
+// message boxes and file dialogs are answered from queues; everything that a user would notice is kept. A
+// character is 100 twips wide in any font of 8.25 points, and the screen is 1024 by 768 pixels of 15 twips.
 class ScriptedDesktop : public Desktop {
 public:
     Screen theScreen{.width = 15360, .height = 11520, .twipsPerPixel = 15};
     bool fixedPitch = true;
 
-    // What the user does while a modal form is open, one act for each form shown. A form that its act leaves open is
-    // closed by its close box; without an act it is closed at once.
+    // What the user does while a modal form is open, one act for each form shown. A form that its act leaves
+    // open is closed by its close box; without an act it is closed at once.
     std::deque<std::function<void(Form&)>> acts;
-    std::deque<Answer> answers;            // without one left, the default answer
-    std::deque<std::string> chosenFiles;   // "" cancels; without one left, every file dialog is cancelled
-    std::function<void()> onEvents;        // runs within doEvents
+    std::deque<Answer> answers;          // without one left, the default answer
+    std::deque<std::string> chosenFiles; // "" cancels; without one left, every file dialog is cancelled
+    std::function<void()> onEvents;      // runs within doEvents
 
     std::vector<Message> messages;
     std::vector<FileDialog> dialogs;
@@ -68,7 +68,8 @@ public:
         std::erase_if(openForms, [&](const auto& open) { return open.get() == &form; });
     }
     void bringToFront(Form& form) override {
-        const auto found = std::ranges::find_if(openForms, [&](const auto& open) { return open.get() == &form; });
+        const auto found =
+            std::ranges::find_if(openForms, [&](const auto& open) { return open.get() == &form; });
         if (found != openForms.end())
             std::rotate(found, found + 1, openForms.end());
     }

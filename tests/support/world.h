@@ -6,7 +6,8 @@
 
 namespace genutil::fake {
 
-// A component with everything around it faked. The desktop goes first: it still holds forms, and forms use the host.
+// A component with everything around it faked. The desktop goes first: it still holds forms, and forms use
+// the host.
 struct World {
     FakeHost host;
     FakeFiles files;
