@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Runs a program on a screen of its own (Xvfb) with a window manager (openbox), as a user would have it.
+#   on_screen.sh PROGRAM [ARGUMENT...]
+set -eu
+folder=$(mktemp -d)
+screen= manager=
+cleanup() {
+    [ -n "$manager" ] && kill "$manager" 2>/dev/null
+    [ -n "$screen" ] && kill "$screen" 2>/dev/null
+    rm -rf "$folder"
+}
+trap cleanup EXIT
+
+# The server picks a free display number and writes it.
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp 3>"$folder/number" 2>"$folder/log" &
+screen=$!
+for _ in $(seq 100); do
+    [ -s "$folder/number" ] && break
+    sleep 0.1
+done
+[ -s "$folder/number" ] || { cat "$folder/log" >&2; exit 1; }
+DISPLAY=:$(cat "$folder/number")
+export DISPLAY QT_QPA_PLATFORM=xcb
+
+openbox 2>>"$folder/log" &
+manager=$!
+for _ in $(seq 100); do
+    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+    sleep 0.1
+done
+"$@"
