@@ -115,7 +115,7 @@ TEST_F(Client, CreatesEveryClassByItsProgrammaticIdentifierAndLetsGoOfAll) {
 }
 
 TEST_F(Client, DrivesAGaugeByFunctionTableAndByName) {
-    const auto gauge = createObject<_cProgress>(classes::cProgress.progId);
+    auto gauge = createObject<_cProgress>(classes::cProgress.progId);
     Text title("Ausgleichung \xC3\xBC"), label("Iteration "), count("12");
     EXPECT_EQ(gauge->GaugeRemove(), S_OK) << "without a gauge it does nothing";
     EXPECT_EQ(gauge->GaugeSetup(title.inOut(), label.inOut()), S_OK) << lastError();
@@ -129,6 +129,11 @@ TEST_F(Client, DrivesAGaugeByFunctionTableAndByName) {
     EXPECT_EQ(invoke(*gauge.get(), "Gauge", {Variant(13)}, exception), DISP_E_PARAMNOTOPTIONAL);
     EXPECT_EQ(invoke(*gauge.get(), "GaugeHide", {}, exception), DISP_E_UNKNOWNNAME);
     EXPECT_EQ(lastError(), "none");
+
+    // A second set-up leaves the first window open, and an open window keeps the library.
+    EXPECT_EQ(gauge->GaugeSetup(title.inOut(), label.inOut()), S_OK);
+    gauge = nullptr;
+    EXPECT_EQ(server->canUnloadNow(), S_FALSE);
 }
 
 TEST_F(Client, SeesAFailureWithItsSourceAndInItsOwnErrorObject) {

@@ -121,6 +121,10 @@ TEST(HostServices, PassTextsByReferenceAndNameAMisfit) {
         SysFreeString(std::exchange(*a[0]->pbstrVal, k_genutil::newBstr("job")));
         return Variant(".gdb");
     });
+    object->with("Swap", [](const auto& a) {
+        std::swap(*a[0]->piVal, *a[1]->piVal);
+        return Variant();
+    });
     object->withValue("CharSet", "many").withValue("SkipNextReport", true);
     const auto client = [&] { return DispatchClient(Ref<IDispatch>::share(object.get()), "service"); };
     std::string text = "first,rest";
@@ -129,6 +133,10 @@ TEST(HostServices, PassTextsByReferenceAndNameAMisfit) {
     text = "job.gdb";
     EXPECT_EQ(adaptGeneralProcedures(client())->SplitExtension(text), ".gdb");
     EXPECT_EQ(text, "job");
+    std::int16_t low = 9, high = 2;
+    adaptStringUtilities(client())->Swap(low, high);
+    EXPECT_EQ(low, 2);
+    EXPECT_EQ(high, 9);
     const Error error = errorOf([&] { adaptSystemInfo(client())->CharSet(); });
     EXPECT_EQ(error.number(), errors::TypeMismatch);
     EXPECT_THAT(error.description(), HasSubstr("'CharSet' of service"));

@@ -42,6 +42,24 @@ Variant argument(std::nullptr_t) {
     return Variant(static_cast<IDispatch*>(nullptr));
 }
 
+class NumberArgument {
+public:
+    explicit NumberArgument(std::int16_t number) : number_(number) {}
+    Variant reference() {
+        Variant reference;
+        reference.vt = VT_I2 | VT_BYREF;
+        reference.piVal = &number_;
+        return reference;
+    }
+    std::int16_t value() const { return number_; }
+
+private:
+    std::int16_t number_;
+};
+Variant argument(NumberArgument& number) {
+    return number.reference();
+}
+
 class FlagArgument {
 public:
     explicit FlagArgument(bool flag) : flag_(flag ? VARIANT_TRUE : VARIANT_FALSE) {}
@@ -166,6 +184,13 @@ public:
         Text field = ask<Text>("NextField", rest, separator);
         text = rest.utf8();
         return field;
+    }
+    void Swap(Short& a, Short& b) override {
+        NumberArgument first(a);
+        NumberArgument second(b);
+        call("Swap", first, second);
+        a = first.value();
+        b = second.value();
     }
     Text FormatValue(const Value& value, const Text& format, const Text& further) override {
         return ask<Text>("FormatValue", value, format, further);

@@ -257,7 +257,7 @@ void frmFileView::windowResized() {
 
 void frmFileView::windowUnloaded() {
     if (modified_ && editAllowed_)
-        handle("SaveChanges", [this] { SaveChanges(); });
+        handle("Form_Unload", [this] { SaveChanges(); });
     if (rememberPlacement_)
         prog->put(program::FileViewState, std::int16_t(savedWindowState_));
     fileProcs_.reset();

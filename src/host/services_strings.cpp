@@ -23,6 +23,7 @@ class StrUtil : public AutomationObject {
 public:
     StrUtil() : AutomationObject("k_genproc.strUtil") {
         method("NextField", &nextField);
+        method("Swap", [](std::int16_t& a, std::int16_t& b) { std::swap(a, b); });
         method("FormatValue", [](const Variant& value, const std::string& format, const std::string&) {
             return formatValue(value, format);
         });

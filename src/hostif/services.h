@@ -56,6 +56,7 @@ public:
     virtual ~StringUtilities() = default;
     // The text before the first separator; `text` keeps what follows it ("" when no separator is left).
     virtual std::string NextField(std::string& text, const std::string& separator) = 0;
+    virtual void Swap(std::int16_t& a, std::int16_t& b) = 0;
     virtual std::string FormatValue(
         const Value& value, const std::string& format, const std::string& further) = 0;
     virtual std::string AngleText(

@@ -120,6 +120,7 @@ struct FakeStringUtilities : StringUtilities {
         text = end == std::string::npos ? "" : text.substr(end + separator.size());
         return field;
     }
+    void Swap(std::int16_t& a, std::int16_t& b) override { std::swap(a, b); }
     std::string FormatValue(const Value& value, const std::string&, const std::string&) override {
         return value.toText();
     }
