@@ -200,7 +200,8 @@ public:
         value.scode = DISP_E_PARAMNOTFOUND;
         return value;
     }
-    Variant(const Variant& other) : Variant() { VariantCopy(this, &other); }
+    // The system declares the source as writable and only reads it.
+    Variant(const Variant& other) : Variant() { VariantCopy(this, const_cast<Variant*>(&other)); }
     Variant(Variant&& other) noexcept : VARIANT(other) { VariantInit(&other); }
     Variant& operator=(Variant other) noexcept {
         std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
