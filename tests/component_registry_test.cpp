@@ -135,6 +135,7 @@ TEST_F(Registry, RefusesWhatItCannotTrustAndSaysWhy) {
         {"corrupt line", served(library) + "nonsense\n", "line 3: a line must be key=value"},
         {"zero byte", served(library) + std::string("a=\0b\n", 5), "zero bytes"},
         {"key twice", served(library) + "SERVER=/x\n", "a key must not be given twice"},
+        {"empty key twice", id + "server=\n" + served(library).substr(id.size()), "must not be given twice"},
         {"entry twice", served(library) + served(library), "an entry must not be given twice"},
     };
     for (const auto& c : cases) {

@@ -103,35 +103,47 @@ TEST(CharacterWidth, FollowsTheUnicodeDataAtTheEdgesOfItsRanges) {
 TEST(Utf8, TakesDamagedBytesByTheirMaximalSubpart) {
     const struct {
         std::string bytes;
-        std::u16string expected;
+        std::u32string expected;
     } cases[] = {
-        {"\xC0\x80", u"\uFFFD\uFFFD"},                         // overlong
-        {"\xE0\x9F\xBF", u"\uFFFD\uFFFD\uFFFD"},               // overlong
-        {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},               // surrogate
-        {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},     // above U+10FFFF
-        {"\xF0\x90\x80", u"\uFFFD"},                           // cut off by the end
-        {"\xE2\x82Z", u"\uFFFDZ"},                             // cut off by a character
-        {"\xF1\x80\x80\xE1\x80\xC2Z", u"\uFFFD\uFFFD\uFFFDZ"}, // three cut off in a row
-        {"12345678\xBF", u"12345678\uFFFD"},                   // continuation byte alone, after a whole word
+        {"\xC0\x80", U"\uFFFD\uFFFD"},                         // overlong
+        {"\xE0\x9F\xBF", U"\uFFFD\uFFFD\uFFFD"},               // overlong
+        {"\xED\xA0\x80", U"\uFFFD\uFFFD\uFFFD"},               // surrogate
+        {"\xF4\x90\x80\x80", U"\uFFFD\uFFFD\uFFFD\uFFFD"},     // above U+10FFFF
+        {"\xF0\x90\x80", U"\uFFFD"},                           // cut off by the end
+        {"\xE2\x82Z", U"\uFFFDZ"},                             // cut off by a character
+        {"\xF1\x80\x80\xE1\x80\xC2Z", U"\uFFFD\uFFFD\uFFFDZ"}, // three cut off in a row
+        {"12345678\xBF", U"12345678\uFFFD"},                   // continuation byte alone, after a whole word
     };
     for (const auto& [bytes, expected] : cases) {
-        EXPECT_EQ(toUtf16(bytes), expected) << testing::PrintToString(bytes);
+        std::u32string decoded;
+        for (std::size_t at = 0; at < bytes.size(); at += decodeUtf8(bytes, at).length)
+            decoded += decodeUtf8(bytes, at).codePoint;
+        EXPECT_EQ(decoded, expected) << testing::PrintToString(bytes);
         EXPECT_FALSE(isValidUtf8(bytes)) << testing::PrintToString(bytes);
     }
 }
 
-TEST(Utf8, CarriesEveryCharacterToUtf16AndBackAndReplacesSurrogatesWithoutPartner) {
+TEST(Utf8, CarriesEveryCharacterAndReplacesSurrogatesWithoutPartner) {
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
         std::string utf8;
         appendUtf8(utf8, codePoint);
         ASSERT_TRUE(isValidUtf8(utf8)) << std::hex << static_cast<unsigned>(codePoint);
         ASSERT_EQ(decodeUtf8(utf8, 0).codePoint, surrogate ? replacementCharacter : codePoint);
-        ASSERT_EQ(fromUtf16(toUtf16(utf8)), utf8) << std::hex << static_cast<unsigned>(codePoint);
     }
+    const auto fromUnits = [](const std::u16string& units, ByteOrder order) {
+        std::string bytes;
+        for (const char16_t unit : units) {
+            bytes += char(order == ByteOrder::BigEndian ? unit >> 8 : unit & 0xFF);
+            bytes += char(order == ByteOrder::BigEndian ? unit & 0xFF : unit >> 8);
+        }
+        return fromUtf16Bytes(bytes, order);
+    };
     const std::u16string swapped = {u'a', 0xDC00, 0xD800, u'b', 0xD83D};
-    EXPECT_EQ(fromUtf16(swapped), "a\uFFFD\uFFFDb\uFFFD");
-    EXPECT_EQ(fromUtf16(std::u16string_view(u"😀").substr(0, 1)), "\uFFFD");
+    for (const ByteOrder order : {ByteOrder::LittleEndian, ByteOrder::BigEndian}) {
+        EXPECT_EQ(fromUnits(swapped, order), "a\uFFFD\uFFFDb\uFFFD");
+        EXPECT_EQ(fromUnits(u"z\u00FC\u6E2C\U0001F600", order), "z\u00FC\u6E2C\U0001F600");
+    }
 }
 
 class TextFile : public testing::Test {

@@ -116,27 +116,6 @@ bool isValidUtf8(std::string_view bytes) {
     return true;
 }
 
-std::u16string toUtf16(std::string_view utf8) {
-    std::u16string out;
-    out.reserve(utf8.size());
-    for (std::size_t position = 0; position < utf8.size();) {
-        const DecodedCharacter character = decodeUtf8(utf8, position);
-        position += character.length;
-        if (character.codePoint < 0x10000) {
-            out.push_back(static_cast<char16_t>(character.codePoint));
-        } else {
-            const char32_t rest = character.codePoint - 0x10000;
-            out.push_back(static_cast<char16_t>(0xD800 + (rest >> 10)));
-            out.push_back(static_cast<char16_t>(0xDC00 + (rest & 0x3FF)));
-        }
-    }
-    return out;
-}
-
-std::string fromUtf16(std::u16string_view utf16) {
-    return encodeUnits(utf16.size(), [utf16](std::size_t i) -> char32_t { return utf16[i]; });
-}
-
 std::string fromUtf16Bytes(std::string_view bytes, ByteOrder order) {
     const std::size_t low = order == ByteOrder::LittleEndian ? 0 : 1;
     std::string out = encodeUnits(bytes.size() / 2, [&](std::size_t i) {

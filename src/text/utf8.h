@@ -4,9 +4,8 @@
 #include <string>
 #include <string_view>
 
-// The one place that knows the byte forms of Unicode text. Strings are UTF-8 inside the component; UTF-16
-// appears only where the automation interfaces and the toolkit ask for it. Nothing here throws except on lack
-// of memory.
+// The byte forms of Unicode text in files. Strings are UTF-8 inside the component. Nothing here throws except
+// on lack of memory.
 namespace genutil::text {
 
 inline constexpr char32_t replacementCharacter = U'\uFFFD';
@@ -28,15 +27,10 @@ void appendUtf8(std::string& out, char32_t codePoint);
 // Strict: no overlong forms, no surrogates, nothing above U+10FFFF, no character cut off at the end.
 bool isValidUtf8(std::string_view bytes);
 
-// Invalid bytes become U+FFFD, as decodeUtf8 takes them.
-std::u16string toUtf16(std::string_view utf8);
-
-// Surrogates without their partner become U+FFFD.
-std::string fromUtf16(std::u16string_view utf16);
-
 enum class ByteOrder { LittleEndian, BigEndian };
 
-// As fromUtf16, for units still in bytes (no byte-order mark expected); an odd last byte becomes U+FFFD.
+// UTF-16 units in bytes, without a byte-order mark, as UTF-8. Surrogates without their partner and an odd
+// last byte become U+FFFD.
 std::string fromUtf16Bytes(std::string_view bytes, ByteOrder order);
 
 } // namespace genutil::text
