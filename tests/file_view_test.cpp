@@ -99,6 +99,10 @@ TEST_F(Viewer, FitsTheWindowToTheWidestLine) {
     ASSERT_TRUE(widened);
     EXPECT_EQ(widened->window.width, 0.8 * small.width) << "a small screen is filled to 0.8 at least";
     EXPECT_EQ(widened->window.height, 0.8 * small.height);
+    const auto exact = fitWindow(small, {11000, 3000}, 10880, 11808);
+    ASSERT_TRUE(exact);
+    EXPECT_EQ(exact->window.width, small.width);
+    EXPECT_EQ(exact->window.height, 3000) << "only a window narrower than the screen gets its proportions";
 }
 
 TEST_F(Viewer, MeasuresProseLineByLineAndTabsByColumns) {
@@ -107,6 +111,12 @@ TEST_F(Viewer, MeasuresProseLineByLineAndTabsByColumns) {
         text::TextDocument::fromBytes("short\n" + std::string(90, 'm') + "\n" + std::string(90, 'n'));
     EXPECT_EQ(wantedTextWidth(desktop, {.name = "MS Sans Serif"}, prose), 93 * 100);
     desktop.fixedPitch = true;
+    const auto plain = [&](std::size_t columns) {
+        const auto text = text::TextDocument::fromBytes(std::string(columns, 'x'));
+        return wantedTextWidth(desktop, {.name = "Courier New"}, text);
+    };
+    EXPECT_EQ(plain(80), 300) << "no wider than 80 dots: the margin alone";
+    EXPECT_EQ(plain(81), 8400);
     const auto tabs = text::TextDocument::fromBytes(std::string(12, '\t') + "x");
     EXPECT_EQ(wantedTextWidth(desktop, {.name = "Courier New"}, tabs), (12 * 8 + 1 + 3) * 100);
 }
@@ -138,7 +148,9 @@ TEST_F(Viewer, RestoresAStoredPlacementAndReportsADamagedOne) {
 }
 
 TEST_F(Viewer, StoresTheCentredPlacementAndTheMaximizedMark) {
-    frmFileView& form = view(25, file("a.log", "x"));
+    frmFileView& form = view(25, file("a.log", std::string(120, 'x')));
+    EXPECT_FALSE(host.settings.contains("File_View_Window"))
+        << "fitting a window is not the user's choice of its size";
     form.userResize(9000, 6001, WindowState::Normal);
     EXPECT_EQ(host.settings["File_View_Window"], "0,2760,3180,6001,9000");
     form.userResize(15360, 11520, WindowState::Maximized);
@@ -168,7 +180,9 @@ TEST_F(Viewer, OpensAnotherFileAndLeavesTheShownOneWhenTheUserCancels) {
     frmFileView& form = view(24, "");
     EXPECT_FALSE(form.mnu_Print.enabled);
     const std::string second = file("second.inv", "bearing");
-    desktop.chosenFiles = {second, ""};
+    const std::string third = file("third.log", "log");
+    desktop.chosenFiles = {third, second, ""};
+    form.mnu_OpenFile.userChoose();
     form.mnu_OpenFile.userChoose();
     EXPECT_EQ(desktop.dialogs[0].flags, 12);
     EXPECT_EQ(std::ranges::count(desktop.dialogs[0].filter, '|'), 24);
@@ -178,6 +192,14 @@ TEST_F(Viewer, OpensAnotherFileAndLeavesTheShownOneWhenTheUserCancels) {
     form.mnu_OpenFile.userChoose();
     EXPECT_EQ(form.FileToView, second);
     EXPECT_EQ(form.rtbViewText.document()->line(0), "bearing");
+}
+
+TEST_F(Viewer, TakesBoldTypeFromEastAsianReports) {
+    for (const auto& [charSet, bold] : {std::pair{0, true}, {128, false}, {129, false}, {130, false},
+             {131, true}, {134, false}, {136, false}, {238, true}}) {
+        host.charSet = std::int16_t(charSet);
+        EXPECT_EQ(view(25, file("a.log", "x")).rtbViewText.font.get().bold, bold) << charSet;
+    }
 }
 
 TEST_F(Viewer, HandsItsResultsBackToTheHost) {
