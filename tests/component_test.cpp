@@ -215,11 +215,11 @@ TEST(ErrorBoundary, TurnsEveryExceptionIntoAResultAndErrorInformation) {
     } cases[] = {
         {[] { throw Error(53, "no such report", "(Form) X::Sub Y"); }, 0x800A0035, "no such report",
             "(Form) X::Sub Y"},
-        {[] { throw Error(-2147220991, "of the host"); }, 0x80040201, "of the host", ""},
-        {[] { throw Error(70000, "too large a number"); }, 0x800A0033, "too large a number", ""},
-        {[] { throw std::bad_alloc(); }, 0x800A0007, "Out of memory", ""},
-        {[] { throw std::runtime_error("foreign"); }, 0x800A0033, "foreign", ""},
-        {[] { throw 42; }, 0x800A0033, "An exception of an unknown type", ""},
+        {[] { throw Error(-2147220991, "of the host"); }, 0x80040201, "of the host", "k_genutil"},
+        {[] { throw Error(70000, "too large a number"); }, 0x800A0033, "too large a number", "k_genutil"},
+        {[] { throw std::bad_alloc(); }, 0x800A0007, "Out of memory", "k_genutil"},
+        {[] { throw std::runtime_error("foreign"); }, 0x800A0033, "foreign", "k_genutil"},
+        {[] { throw 42; }, 0x800A0033, "An exception of an unknown type", "k_genutil"},
     };
     for (const auto& c : cases) {
         const Raised raised = takeRaised(guarded(c.body));

@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::uint32_t controlFacility = 0x800A0000;
 
+// The source of an error that no procedure has put its name to.
+constexpr const char* componentName = "k_genutil";
+
 // Kept as plain data, so that a pending error does not hold the library in the process.
 thread_local std::optional<Error> pending;
 
@@ -94,7 +97,8 @@ void clearErrorInfo() noexcept {
 
 HRESULT reportException(const std::exception_ptr& exception) noexcept {
     try {
-        pending = toError(exception);
+        const Error error = toError(exception);
+        pending = error.source().empty() ? Error(error.number(), error.description(), componentName) : error;
         return resultOf(pending->number());
     } catch (...) {
         pending.reset();
@@ -109,7 +113,7 @@ HRESULT fillException(HRESULT result, EXCEPINFO* exception) noexcept {
     *exception = EXCEPINFO{};
     exception->scode = result;
     try {
-        exception->bstrSource = k_genutil::newBstr(error ? error->source() : std::string("k_genutil"));
+        exception->bstrSource = k_genutil::newBstr(error ? error->source() : std::string(componentName));
         exception->bstrDescription =
             k_genutil::newBstr(error ? error->description() : standardDescription(numberOf(result)));
     } catch (const std::bad_alloc&) {
