@@ -23,7 +23,6 @@
 #include "k_genutil/support.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -67,12 +66,6 @@ inline std::string registryPath() {
 
 namespace detail {
 
-inline bool sameName(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    return std::equal(
-        a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
-}
-
 inline std::string_view trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n";
     const auto first = text.find_first_not_of(blanks);
@@ -91,8 +84,8 @@ struct RegistrySection {
 
     /// Null for a key that is not there.
     const std::string_view* find(std::string_view key) const {
-        const auto found = std::find_if(values.begin(), values.end(),
-            [&](const auto& entry) { return detail::sameName(entry.first, key); });
+        const auto found = std::find_if(
+            values.begin(), values.end(), [&](const auto& entry) { return sameName(entry.first, key); });
         return found == values.end() ? nullptr : &found->second;
     }
     /// Empty for a key that is not there.
@@ -208,7 +201,7 @@ inline std::string registryValue(const std::string& header, std::string_view key
     const RegistrySection* found = nullptr;
     const auto sections = parseRegistry(text);
     for (const RegistrySection& section : sections) {
-        if (!detail::sameName(section.header, header))
+        if (!sameName(section.header, header))
             continue;
         if (found)
             throw ActivationError(notFound, entry + ": an entry must not be given twice");

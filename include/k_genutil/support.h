@@ -5,6 +5,7 @@
 
 #include "k_genutil/automation.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <new>
@@ -209,6 +210,93 @@ public:
     }
     ~Variant() { VariantClear(this); }
 };
+
+/// The variant in which a chain of references to variants ends; null for a reference to nothing and for a
+/// ring.
+inline const VARIANT* referredVariant(const VARIANT& variant) {
+    constexpr int longestChain = 8;
+    const VARIANT* v = &variant;
+    for (int length = 0; v && v->vt == (VT_BYREF | VT_VARIANT); ++length)
+        v = length < longestChain ? v->pvarVal : nullptr;
+    return v;
+}
+
+/// What the variant holds, a reference to a value replaced by the value; texts and objects stay the owner's.
+/// Nothing where a reference leads nowhere, to an array, or to a type that late-bound calls do not pass.
+inline std::optional<VARIANT> plainValue(const VARIANT& variant) {
+    const VARIANT* const source = referredVariant(variant);
+    if (!source || (source->vt & VT_BYREF && (!source->byref || source->vt & VT_ARRAY)))
+        return std::nullopt;
+    if (!(source->vt & VT_BYREF))
+        return *source;
+    VARIANT plain;
+    VariantInit(&plain);
+    plain.vt = source->vt & VT_TYPEMASK;
+    switch (plain.vt) {
+    case VT_UI1:
+        plain.bVal = *source->pbVal;
+        break;
+    case VT_I2:
+        plain.iVal = *source->piVal;
+        break;
+    case VT_BOOL:
+        plain.boolVal = *source->pboolVal;
+        break;
+    case VT_I4:
+        plain.lVal = *source->plVal;
+        break;
+    case VT_ERROR:
+        plain.scode = *source->pscode;
+        break;
+    case VT_R4:
+        plain.fltVal = *source->pfltVal;
+        break;
+    case VT_R8:
+        plain.dblVal = *source->pdblVal;
+        break;
+    case VT_DATE:
+        plain.date = *source->pdate;
+        break;
+    case VT_BSTR:
+        plain.bstrVal = *source->pbstrVal;
+        break;
+    case VT_DISPATCH:
+        plain.pdispVal = *source->ppdispVal;
+        break;
+    case VT_UNKNOWN:
+        plain.punkVal = *source->ppunkVal;
+        break;
+    default:
+        return std::nullopt;
+    }
+    return plain;
+}
+
+/// What a failed late-bound call says of its failure.
+struct FailureTexts {
+    std::string source;
+    std::string description;
+};
+
+/// Has a deferred description filled in, and takes the texts out of the exception information, which then
+/// holds none.
+inline FailureTexts takeTexts(EXCEPINFO& information) {
+    if (information.pfnDeferredFillIn)
+        information.pfnDeferredFillIn(&information);
+    // Frees the three texts whatever happens next.
+    Text source, description, helpFile;
+    *source.inOut() = std::exchange(information.bstrSource, nullptr);
+    *description.inOut() = std::exchange(information.bstrDescription, nullptr);
+    *helpFile.inOut() = std::exchange(information.bstrHelpFile, nullptr);
+    return {source.utf8(), description.utf8()};
+}
+
+/// Whether two names of members or registry entries are the same: letters compare without regard to case.
+inline bool sameName(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
 
 /// "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}" in upper case.
 inline std::string guidText(const GUID& guid) {

@@ -9,24 +9,6 @@ namespace genutil {
 using k_genutil::Ref;
 using k_genutil::Variant;
 
-namespace {
-
-// Takes the texts of an EXCEPINFO and frees them.
-Error takeException(EXCEPINFO& info) {
-    if (info.pfnDeferredFillIn)
-        info.pfnDeferredFillIn(&info);
-    k_genutil::Text source;
-    k_genutil::Text description;
-    k_genutil::Text helpFile;
-    *source.inOut() = info.bstrSource;
-    *description.inOut() = info.bstrDescription;
-    *helpFile.inOut() = info.bstrHelpFile;
-    const int number = info.wCode != 0 ? info.wCode : numberOf(info.scode);
-    return Error(number, description.utf8(), source.utf8());
-}
-
-} // namespace
-
 DispatchClient::DispatchClient(Ref<IDispatch> object, std::string name)
     : object_(std::move(object)), name_(std::move(name)) {
     if (!object_)
@@ -62,8 +44,11 @@ Variant DispatchClient::invoke(std::string_view member, WORD flags, std::vector<
     Variant answer;
     const HRESULT result =
         held->Invoke(id, IID{}, 0, flags, &params, isPut ? nullptr : &answer, &exception, &argument);
-    if (result == DISP_E_EXCEPTION)
-        throw takeException(exception);
+    if (result == DISP_E_EXCEPTION) {
+        const auto texts = k_genutil::takeTexts(exception);
+        const int number = exception.wCode != 0 ? exception.wCode : numberOf(exception.scode);
+        throw Error(number, texts.description, texts.source);
+    }
     if (FAILED(result)) {
         const int number = numberOf(result);
         const std::string what = number == errors::NoSuchMember ? " is not a member that can be used this way"

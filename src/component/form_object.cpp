@@ -4,6 +4,7 @@
 #include "component/error_info.h"
 #include "component/variant.h"
 #include "hostif/form.h"
+#include "text/ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -26,19 +27,12 @@ std::vector<std::string>& memberNames() {
     return names;
 }
 
-std::string lowered(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(
-        lower, lower.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
-    return lower;
-}
-
 DISPID idOf(std::string_view name) {
     auto& names = memberNames();
-    const auto found = std::ranges::find(names, lowered(name));
+    const auto found = std::ranges::find(names, text::asciiLower(name));
     const auto position = found - names.begin();
     if (found == names.end())
-        names.push_back(lowered(name));
+        names.push_back(text::asciiLower(name));
     return static_cast<DISPID>(position + 1);
 }
 
@@ -66,7 +60,7 @@ public:
         bool known = false;
         const HRESULT result = guarded([&] {
             const std::string name = k_genutil::toUtf8(names[0], std::char_traits<OLECHAR>::length(names[0]));
-            known = has(lowered(name));
+            known = has(text::asciiLower(name));
             if (known)
                 ids[0] = idOf(name);
         });
@@ -108,7 +102,8 @@ Variant asVariant(Control* control) {
 
 Control* controlNamed(Form& form, const std::string& lowerName) {
     const auto& all = form.controls();
-    const auto found = std::ranges::find(all, lowerName, [](const Control* c) { return lowered(c->name()); });
+    const auto found =
+        std::ranges::find(all, lowerName, [](const Control* c) { return text::asciiLower(c->name()); });
     return found == all.end() ? nullptr : *found;
 }
 
@@ -137,7 +132,7 @@ private:
         const Value key = toValue(call.arguments[0]);
         Control* found = nullptr;
         if (key.isText())
-            found = controlNamed(*form, lowered(key.toText()));
+            found = controlNamed(*form, text::asciiLower(key.toText()));
         else if (const auto index = key.toInt32(); index >= 0 && static_cast<std::size_t>(index) < all.size())
             found = all[static_cast<std::size_t>(index)];
         if (!found)

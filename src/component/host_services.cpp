@@ -42,40 +42,34 @@ Variant argument(std::nullptr_t) {
     return Variant(static_cast<IDispatch*>(nullptr));
 }
 
-class NumberArgument {
+// A 16-bit number that an operation may change.
+template<VARTYPE type>
+class ReferenceArgument {
 public:
-    explicit NumberArgument(std::int16_t number) : number_(number) {}
+    explicit ReferenceArgument(std::int16_t value) : value_(value) {}
     Variant reference() {
         Variant reference;
-        reference.vt = VT_I2 | VT_BYREF;
-        reference.piVal = &number_;
+        reference.vt = type | VT_BYREF;
+        reference.piVal = &value_;
         return reference;
     }
-    std::int16_t value() const { return number_; }
+    std::int16_t value() const { return value_; }
 
 private:
-    std::int16_t number_;
+    std::int16_t value_;
 };
-Variant argument(NumberArgument& number) {
-    return number.reference();
-}
+using NumberArgument = ReferenceArgument<VT_I2>;
 
-class FlagArgument {
+// A flag that an operation may change.
+class FlagArgument : public ReferenceArgument<VT_BOOL> {
 public:
-    explicit FlagArgument(bool flag) : flag_(flag ? VARIANT_TRUE : VARIANT_FALSE) {}
-    Variant reference() {
-        Variant reference;
-        reference.vt = VT_BOOL | VT_BYREF;
-        reference.pboolVal = &flag_;
-        return reference;
-    }
-    bool value() const { return flag_ != VARIANT_FALSE; }
-
-private:
-    VARIANT_BOOL flag_;
+    explicit FlagArgument(bool flag) : ReferenceArgument(flag ? VARIANT_TRUE : VARIANT_FALSE) {}
+    bool isSet() const { return value() != VARIANT_FALSE; }
 };
-Variant argument(FlagArgument& flag) {
-    return flag.reference();
+
+template<VARTYPE type>
+Variant argument(ReferenceArgument<type>& value) {
+    return value.reference();
 }
 
 // A service's object with its members called by name.
@@ -266,8 +260,8 @@ public:
         FlagArgument store(storeFlag);
         FlagArgument copy(workingCopy);
         const bool success = ask<bool>("OpenSettingsStore", prog, store, copy);
-        storeFlag = store.value();
-        workingCopy = copy.value();
+        storeFlag = store.isSet();
+        workingCopy = copy.isSet();
         return success;
     }
     void SaveAllSettings(const SettingsChoice& choice, const RecordPtr& prog, const RecordPtr& job,
@@ -284,7 +278,7 @@ public:
     void CloseSettingsStore(const RecordPtr& prog, bool storeFlag, bool status, bool& workingCopy) override {
         FlagArgument copy(workingCopy);
         call("CloseSettingsStore", prog, storeFlag, status, copy);
-        workingCopy = copy.value();
+        workingCopy = copy.isSet();
     }
 
 private:

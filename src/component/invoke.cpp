@@ -8,12 +8,8 @@
 namespace genutil {
 namespace {
 
+using k_genutil::sameName;
 using k_genutil::Variant;
-
-bool sameName(const std::string& a, const char* b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::ranges::equal(a, std::string_view(b), {}, lower, lower);
-}
 
 bool isMissing(const VARIANT& argument) {
     const VARIANT& v = resolved(argument);

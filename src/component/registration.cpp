@@ -106,9 +106,7 @@ std::string typeLibraryHeader() {
 }
 
 bool isOwn(const k_genutil::RegistrySection& section) {
-    const auto is = [&](const std::string& header) {
-        return k_genutil::detail::sameName(section.header, header);
-    };
+    const auto is = [&](const std::string& header) { return k_genutil::sameName(section.header, header); };
     return is(typeLibraryHeader()) || std::ranges::any_of(publicClasses, [&](const PublicClass& c) {
         return is("class " + guidText(c.name.clsid)) || is(std::string("progid ") + c.name.progId);
     });

@@ -7,8 +7,6 @@ namespace {
 
 using k_genutil::Variant;
 
-constexpr VARTYPE typeMask = VT_TYPEMASK;
-
 [[noreturn]] void mismatch() {
     throw Error(errors::TypeMismatch);
 }
@@ -39,68 +37,18 @@ Variant objectAs(const VARIANT& object, VARTYPE type) {
 } // namespace
 
 const VARIANT& resolved(const VARIANT& variant) {
-    const VARIANT* v = &variant;
-    // A reference to a variant refers to a plain one; the bound holds against a ring.
-    for (int depth = 0; v->vt == (VT_BYREF | VT_VARIANT); ++depth) {
-        if (!v->pvarVal || depth == 8)
-            mismatch();
-        v = v->pvarVal;
-    }
-    return *v;
+    const VARIANT* const end = k_genutil::referredVariant(variant);
+    if (!end)
+        mismatch();
+    return *end;
 }
 
 Variant dereferenced(const VARIANT& variant) {
-    const VARIANT& source = resolved(variant);
-    VARIANT plain = source;
-    if (source.vt & VT_BYREF) {
-        VariantInit(&plain);
-        plain.vt = source.vt & typeMask;
-    }
-    if (source.vt & VT_BYREF && !source.byref)
+    const auto plain = k_genutil::plainValue(variant);
+    if (!plain || plain->vt & VT_ARRAY)
         mismatch();
-    if (source.vt & VT_ARRAY)
-        mismatch();
-    switch (source.vt & VT_BYREF ? plain.vt : VARTYPE{VT_EMPTY}) {
-    case VT_EMPTY:
-        break;
-    case VT_UI1:
-        plain.bVal = *source.pbVal;
-        break;
-    case VT_I2:
-        plain.iVal = *source.piVal;
-        break;
-    case VT_BOOL:
-        plain.boolVal = *source.pboolVal;
-        break;
-    case VT_I4:
-        plain.lVal = *source.plVal;
-        break;
-    case VT_ERROR:
-        plain.scode = *source.pscode;
-        break;
-    case VT_R4:
-        plain.fltVal = *source.pfltVal;
-        break;
-    case VT_R8:
-        plain.dblVal = *source.pdblVal;
-        break;
-    case VT_DATE:
-        plain.date = *source.pdate;
-        break;
-    case VT_BSTR:
-        plain.bstrVal = *source.pbstrVal;
-        break;
-    case VT_DISPATCH:
-        plain.pdispVal = *source.ppdispVal;
-        break;
-    case VT_UNKNOWN:
-        plain.punkVal = *source.ppunkVal;
-        break;
-    default:
-        mismatch();
-    }
     Variant copy;
-    VariantCopy(&copy, &plain);
+    VariantCopy(&copy, const_cast<VARIANT*>(&*plain));
     return copy;
 }
 
@@ -211,7 +159,7 @@ void assignThrough(const VARIANT& reference, const VARIANT& value) {
         std::swap(holder, static_cast<VARIANT&>(fresh));
         return;
     }
-    Variant fresh = converted(value, target.vt & typeMask);
+    Variant fresh = converted(value, target.vt & VT_TYPEMASK);
     switch (fresh.vt) {
     case VT_UI1:
         *target.pbVal = fresh.bVal;

@@ -2,6 +2,7 @@
 
 #include "fileview/placement.h"
 #include "fileview/window_fit.h"
+#include "text/ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -32,11 +33,10 @@ constexpr std::array eastAsianCharSets{128, 129, 130, 134, 136};
 constexpr double defaultWidthShare = 0.7; // of the screen
 constexpr double defaultHeightShare = 0.8;
 
-bool isRichText(const std::string& file) {
-    std::string ending = file.substr(file.size() - std::min<std::size_t>(file.size(), 4));
-    std::ranges::transform(
-        ending, ending.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
-    return ending == ".RTF";
+bool isRichText(std::string_view file) {
+    constexpr std::string_view extension = ".RTF";
+    return file.size() >= extension.size() &&
+           text::equalsIgnoringCase(file.substr(file.size() - extension.size()), extension);
 }
 
 } // namespace

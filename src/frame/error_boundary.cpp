@@ -1,15 +1,12 @@
 #include "frame/error_boundary.h"
 
-#include <algorithm>
+#include "text/ascii.h"
 
 namespace genutil {
 
 void GenUtil::ReportError(const std::string& description, const std::string& procedure) {
-    std::string upper = procedure;
-    std::ranges::transform(
-        upper, upper.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
     ErrorHandler& handler = component_.errHandler();
-    if (upper == "REACTIVATE" || handler.SkipNextReport())
+    if (text::equalsIgnoringCase(procedure, "REACTIVATE") || handler.SkipNextReport())
         handler.setSkipNextReport(false);
     else
         handler.ReportProcError(description, procedure, false);

@@ -45,48 +45,10 @@ Integer integerOf(const VARIANT& value) {
 } // namespace
 
 VARIANT dereferenced(const VARIANT& value) {
-    if (!(value.vt & VT_BYREF))
-        return value;
-    if (!value.byref || value.vt & VT_ARRAY)
+    const auto plain = k_genutil::plainValue(value);
+    if (!plain)
         mismatch("an argument by reference must refer to a single value");
-    if (value.vt == (VT_BYREF | VT_VARIANT))
-        return dereferenced(*value.pvarVal);
-    VARIANT plain;
-    VariantInit(&plain);
-    plain.vt = value.vt & VT_TYPEMASK;
-    switch (plain.vt) {
-    case VT_UI1:
-        plain.bVal = *value.pbVal;
-        break;
-    case VT_I2:
-        plain.iVal = *value.piVal;
-        break;
-    case VT_BOOL:
-        plain.boolVal = *value.pboolVal;
-        break;
-    case VT_I4:
-        plain.lVal = *value.plVal;
-        break;
-    case VT_ERROR:
-        plain.scode = *value.pscode;
-        break;
-    case VT_R4:
-        plain.fltVal = *value.pfltVal;
-        break;
-    case VT_R8:
-    case VT_DATE:
-        plain.dblVal = *value.pdblVal;
-        break;
-    case VT_BSTR:
-        plain.bstrVal = *value.pbstrVal;
-        break;
-    case VT_DISPATCH:
-        plain.pdispVal = *value.ppdispVal;
-        break;
-    default:
-        mismatch("values of type " + std::to_string(plain.vt) + " are not supported");
-    }
-    return plain;
+    return *plain;
 }
 
 std::string textOf(const VARIANT& value) {
@@ -230,11 +192,6 @@ void storeResult(VARIANT& argument, const VARIANT& value) {
     default:
         mismatch("a result cannot be handed back in an argument of type " + std::to_string(argument.vt));
     }
-}
-
-bool sameName(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::ranges::equal(a, b, {}, lower, lower);
 }
 
 } // namespace kestal

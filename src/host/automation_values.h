@@ -42,7 +42,6 @@ bool sameValue(const VARIANT& a, const VARIANT& b);
 /// value stays as it is, like any copy.
 void storeResult(VARIANT& argument, const VARIANT& value);
 
-/// Whether two names are the same but for the case of A to Z.
-bool sameName(std::string_view a, std::string_view b);
+using k_genutil::sameName;
 
 } // namespace kestal

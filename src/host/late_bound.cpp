@@ -73,15 +73,9 @@ Variant LateBound::invoke(const std::string& member, WORD flags, std::vector<VAR
         return value;
     if (result != DISP_E_EXCEPTION)
         throw AutomationError(errors::AutomationFailure, member + ": " + reasonOf(result));
-    if (exception.pfnDeferredFillIn)
-        exception.pfnDeferredFillIn(&exception);
-    // Frees the three texts whatever happens next.
-    k_genutil::Text source, description, helpFile;
-    *source.inOut() = exception.bstrSource;
-    *description.inOut() = exception.bstrDescription;
-    *helpFile.inOut() = exception.bstrHelpFile;
+    const auto texts = k_genutil::takeTexts(exception);
     const int number = exception.wCode ? exception.wCode : exception.scode & 0xFFFF;
-    throw AutomationError(number, description.utf8(), source.utf8());
+    throw AutomationError(number, texts.description, texts.source);
 }
 
 VARIANT byReference(BSTR* text) {

@@ -2,6 +2,7 @@
 
 #include "hostif/error.h"
 #include "hostif/form.h"
+#include "text/ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -31,11 +32,6 @@ constexpr std::array baseMembers{
         [](Control& c, const Value& v) { c.helpContextId = v.toInt32(); }},
 };
 
-bool sameName(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
-    return std::ranges::equal(a, b, {}, lower, lower);
-}
-
 } // namespace
 
 Control::Control(Form& form, std::string name) : form_(&form), name_(std::move(name)) {
@@ -55,7 +51,7 @@ void Control::setFocus() {
 }
 
 const ScriptMember* Control::findMember(std::string_view member) const {
-    const auto named = [&](const ScriptMember& m) { return sameName(m.name, member); };
+    const auto named = [&](const ScriptMember& m) { return text::equalsIgnoringCase(m.name, member); };
     const auto own = ownMembers();
     if (const auto found = std::ranges::find_if(own, named); found != own.end())
         return &*found;

@@ -1,6 +1,7 @@
 #include "hostif/value.h"
 
 #include "hostif/error.h"
+#include "text/ascii.h"
 
 #include <algorithm>
 #include <charconv>
@@ -65,17 +66,6 @@ double numberFromText(const std::string& text) {
     return value;
 }
 
-bool equalsIgnoringCase(std::string_view text, std::string_view lower) {
-    if (text.size() != lower.size())
-        return false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if ((c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c) != lower[i])
-            return false;
-    }
-    return true;
-}
-
 // Rounds halves to the even neighbour whatever the thread's rounding mode.
 double roundHalfEven(double value) {
     const double floor = std::floor(value);
@@ -127,9 +117,9 @@ bool Value::toBool() const {
         return *flag;
     if (const auto* text = std::get_if<std::string>(&storage_)) {
         const std::string_view word = trimmed(*text);
-        if (equalsIgnoringCase(word, "true"))
+        if (text::equalsIgnoringCase(word, "true"))
             return true;
-        if (equalsIgnoringCase(word, "false"))
+        if (text::equalsIgnoringCase(word, "false"))
             return false;
     }
     return toDouble() != 0;
