@@ -97,6 +97,12 @@ TEST(AutomationObject, RefusesWrongArgumentsAndSaysWhich) {
             EXPECT_EQ(outcome.value.dblVal, 3.0) << "halves go to the even neighbour";
         }
     }
+    Variant ring;
+    ring.vt = VT_BYREF | VT_VARIANT;
+    ring.pvarVal = &ring;
+    Outcome outcome;
+    invoke(outcome, *object.get(), "Scale", DISPATCH_METHOD, {ring, Variant(std::int16_t{2})});
+    EXPECT_EQ(outcome.result, DISP_E_TYPEMISMATCH) << "a variant that refers to itself has no value";
 }
 
 TEST(AutomationObject, HandsResultsBackThroughArgumentsByReferenceOnly) {

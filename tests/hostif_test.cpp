@@ -191,6 +191,15 @@ TEST(Control, OffersItsPropertiesByNameAndRefusesOthers) {
     form->box.writeMember("Value", Value("True"));
     form->box.writeMember("Value", Value(true));
     EXPECT_EQ(clicks, 1) << "a box that does not change is not clicked";
+    // As the host selects the whole text of a box that gains the focus.
+    form->first.writeMember("SelStart", Value(std::int32_t{0}));
+    form->first.writeMember("SelLength", Value(std::int32_t{3}));
+    EXPECT_EQ(form->first.selectionLength, 3u);
+    form->first.writeMember("SelStart", Value(std::int32_t{2}));
+    form->first.writeMember("SelLength", Value(std::int32_t{9}));
+    EXPECT_EQ(form->first.readMember("SelStart").toInt32(), 2);
+    EXPECT_EQ(form->first.readMember("SelLength").toInt32(), 1) << "no further than the text goes";
+    EXPECT_EQ(errorOf([&] { form->first.writeMember("SelLength", Value(-1.0)); }), errors::InvalidCall);
     EXPECT_EQ(errorOf([&] { form->first.readMember("Colour"); }), errors::NoSuchMember);
     EXPECT_EQ(errorOf([&] { form->first.writeMember("Name", Value("x")); }), errors::InvalidCall);
     EXPECT_EQ(errorOf([&] { form->writeMember("WindowState", Value(7.0)); }), errors::InvalidCall);

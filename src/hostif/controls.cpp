@@ -3,6 +3,7 @@
 #include "hostif/error.h"
 #include "hostif/form.h"
 
+#include <algorithm>
 #include <array>
 
 namespace genutil {
@@ -20,6 +21,14 @@ void writeOf(Control& control, const Value& value) {
 
 template<class C>
 constexpr ScriptMember captionMember{"Caption", readOf<C, &C::caption>, writeOf<C, &C::caption, std::string>};
+
+std::size_t unitCount(const Value& value) {
+    const std::int32_t count = value.toInt32();
+    if (count < 0)
+        throw Error(
+            errors::InvalidCall, "A selection starts and extends by 0 or more, not " + std::to_string(count));
+    return std::size_t(count);
+}
 
 std::vector<std::string> split(const std::string& text, char separator) {
     std::vector<std::string> pieces;
@@ -83,9 +92,9 @@ void TextBox::userEdit(std::string newText) {
         text = std::move(newText);
 }
 
-void TextBox::selectAll() {
-    selectionStart = 0;
-    selectionLength = text.get().size();
+void TextBox::select(std::size_t start, std::size_t length) {
+    selectionStart = std::min(start, text.get().size());
+    selectionLength = std::min(length, text.get().size() - selectionStart);
     changed(Aspect::Value);
 }
 
@@ -99,6 +108,16 @@ std::span<const ScriptMember> TextBox::ownMembers() const {
     static constexpr std::array members{
         ScriptMember{"Text", readOf<TextBox, &TextBox::text>, writeOf<TextBox, &TextBox::text, std::string>},
         ScriptMember{"Locked", readOf<TextBox, &TextBox::locked>, writeOf<TextBox, &TextBox::locked, bool>},
+        // Setting the start ends the selection there, setting the length makes one from the start on.
+        ScriptMember{"SelStart",
+            [](Control& c) { return Value(std::int32_t(static_cast<TextBox&>(c).selectionStart)); },
+            [](Control& c, const Value& v) { static_cast<TextBox&>(c).select(unitCount(v), 0); }},
+        ScriptMember{"SelLength",
+            [](Control& c) { return Value(std::int32_t(static_cast<TextBox&>(c).selectionLength)); },
+            [](Control& c, const Value& v) {
+                auto& box = static_cast<TextBox&>(c);
+                box.select(box.selectionStart, unitCount(v));
+            }},
     };
     return members;
 }

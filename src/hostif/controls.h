@@ -88,7 +88,9 @@ public:
 
     // The user's typing. Does nothing while disabled or locked.
     void userEdit(std::string newText);
-    void selectAll();
+    // Selects part of the text; what lies outside of it is left out.
+    void select(std::size_t start, std::size_t length);
+    void selectAll() { select(0, text.get().size()); }
     void notify(Aspect aspect) override;
 
 protected:
