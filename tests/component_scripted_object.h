@@ -18,7 +18,28 @@ struct ScriptedError {
     std::string source;
 };
 
-class ScriptedObject final : public IDispatch {
+// The identity and the life of a test's own object: one reference, the maker's, to begin with.
+template<class Interface, const IID& iid>
+class Counted : public Interface {
+public:
+    virtual ~Counted() = default;
+    HRESULT QueryInterface(REFIID wanted, void** object) override {
+        *object = wanted == IID_IUnknown || wanted == iid ? static_cast<Interface*>(this) : nullptr;
+        return *object ? (AddRef(), S_OK) : E_NOINTERFACE;
+    }
+    ULONG AddRef() override { return ++references_; }
+    ULONG Release() override {
+        const ULONG left = --references_;
+        if (left == 0)
+            delete this;
+        return left;
+    }
+
+private:
+    ULONG references_ = 1;
+};
+
+class ScriptedObject final : public Counted<IDispatch, IID_IDispatch> {
 public:
     using Arguments = std::vector<VARIANT*>; // first one first
     using Handler = std::function<k_genutil::Variant(const Arguments&)>;
@@ -29,7 +50,7 @@ public:
     std::vector<std::string> log; // "Name" or "Name=" for each call, then the texts passed
 
     ScriptedObject() { ++alive; }
-    virtual ~ScriptedObject() { --alive; }
+    ~ScriptedObject() override { --alive; }
 
     ScriptedObject& with(std::string name, Handler handler) {
         members.emplace_back(std::move(name), std::move(handler));
@@ -40,17 +61,6 @@ public:
         return with(std::move(name), [value](const Arguments&) { return k_genutil::Variant(value); });
     }
 
-    HRESULT QueryInterface(REFIID iid, void** object) override {
-        *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
-        return *object ? (AddRef(), S_OK) : E_NOINTERFACE;
-    }
-    ULONG AddRef() override { return ++references_; }
-    ULONG Release() override {
-        const ULONG left = --references_;
-        if (left == 0)
-            delete this;
-        return left;
-    }
     HRESULT GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
     HRESULT GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
@@ -84,28 +94,13 @@ public:
             return refusal;
         }
     }
-
-private:
-    ULONG references_ = 1;
 };
 
 // A class factory that hands out one object.
-class ScriptedFactory final : public IClassFactory {
+class ScriptedFactory final : public Counted<IClassFactory, IID_IClassFactory> {
 public:
     explicit ScriptedFactory(IDispatch* object) : object_(k_genutil::Ref<IDispatch>::share(object)) {}
-    virtual ~ScriptedFactory() = default;
 
-    HRESULT QueryInterface(REFIID iid, void** object) override {
-        *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
-        return *object ? (AddRef(), S_OK) : E_NOINTERFACE;
-    }
-    ULONG AddRef() override { return ++references_; }
-    ULONG Release() override {
-        const ULONG left = --references_;
-        if (left == 0)
-            delete this;
-        return left;
-    }
     HRESULT CreateInstance(IUnknown*, REFIID iid, void** object) override {
         return object_ ? object_->QueryInterface(iid, object) : E_FAIL;
     }
@@ -113,7 +108,6 @@ public:
 
 private:
     k_genutil::Ref<IDispatch> object_;
-    ULONG references_ = 1;
 };
 
 } // namespace genutil::fake
