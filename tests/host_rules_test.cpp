@@ -105,6 +105,7 @@ TEST(TextRules, AnEditorCommandKeepsProgramSwitchesAndFileApart) {
         {"/bin/sh", "-c", {"/bin/sh", "./-c"}},
         {"ed", "q\"u\\o$(x)`y`;te", {"ed", "q\"u\\o$(x)`y`;te"}},
         {"ed", "C:\\data\\", {"ed", "C:\\data\\"}},
+        {"ed", "two\nlines *.log", {"ed", "two\nlines *.log"}},
     };
     for (const Case& each : cases)
         EXPECT_EQ(splitCommandLine(editorCommand(each.editor, each.file)), each.arguments) << each.editor;

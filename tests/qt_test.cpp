@@ -6,6 +6,7 @@
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/text_view.h"
 #include "qt_sample_form.h"
+#include "support/fake_files.h"
 #include "support/fake_host.h"
 
 #include <gmock/gmock.h>

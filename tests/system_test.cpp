@@ -1,14 +1,13 @@
 #include "hostif/error.h"
-#include "platform/system/wipe_file.h"
+#include "platform/system/system_files.h"
 #include "support/another_user.h"
+#include "support/file_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include <fcntl.h>
@@ -23,18 +22,11 @@ namespace fs = std::filesystem;
 
 class WipeFile : public testing::Test {
 protected:
-    WipeFile() {
-        std::string pattern = (fs::temp_directory_path() / "wipe-XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-    }
-    ~WipeFile() override { fs::remove_all(folder); }
-
     std::string make(const std::string& name, const std::string& contents = "secret") {
-        std::ofstream(folder / name, std::ios::binary) << contents;
-        return (folder / name).string();
+        return folder.make(name, contents);
     }
 
-    fs::path folder;
+    fake::FileFolder folder;
     std::unique_ptr<FileSystem> files = makeSystemFiles();
 };
 
@@ -68,9 +60,7 @@ TEST_F(WipeFile, OverwritesFromTheStartAndSaysSoWhenItCannotGoOn) {
     }
     ::setrlimit(RLIMIT_FSIZE, &earlier);
     std::signal(SIGXFSZ, SIG_DFL);
-    std::ifstream file(path, std::ios::binary);
-    const std::string left(std::istreambuf_iterator<char>(file), {});
-    EXPECT_EQ(left, std::string(writable, '\0') + std::string(size - writable, 'x'));
+    EXPECT_EQ(folder.contents("report.log"), std::string(writable, '\0') + std::string(size - writable, 'x'));
 }
 
 TEST_F(WipeFile, RefusesWhatIsNotOneRegularFileAndNamesThePathAndTheRule) {
@@ -86,12 +76,12 @@ TEST_F(WipeFile, RefusesWhatIsNotOneRegularFileAndNamesThePathAndTheRule) {
         std::string rule;
     };
     for (const Case& each : {
-             Case{(folder / "link.log").string(), errors::PathAccess, "symbolic link"},
-             Case{(folder / "second.log").string(), errors::PathAccess, "hard links"},
-             Case{(folder / "folder").string(), errors::PathAccess, "only regular files"},
-             Case{(folder / "pipe").string(), errors::PathAccess, "only regular files"},
+             Case{folder / "link.log", errors::PathAccess, "symbolic link"},
+             Case{folder / "second.log", errors::PathAccess, "hard links"},
+             Case{folder / "folder", errors::PathAccess, "only regular files"},
+             Case{folder / "pipe", errors::PathAccess, "only regular files"},
              Case{"/dev/null", errors::PathAccess, "only regular files"},
-             Case{(folder / "missing.log").string(), errors::FileNotFound, "Cannot find"},
+             Case{folder / "missing.log", errors::FileNotFound, "Cannot find"},
              Case{target + std::string(1, '\0') + "x", errors::BadFileName, "zero bytes"},
              Case{"", errors::BadFileName, "needs a name"},
          }) {
@@ -107,8 +97,7 @@ TEST_F(WipeFile, RefusesWhatIsNotOneRegularFileAndNamesThePathAndTheRule) {
         }
     }
     for (const char* kept : {"target.log", "first.log", "second.log"}) {
-        std::ifstream file(folder / kept);
-        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "secret") << kept;
+        EXPECT_EQ(folder.contents(kept), "secret") << kept;
     }
 }
 

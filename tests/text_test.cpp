@@ -1,4 +1,4 @@
-#include "support/another_user.h"
+#include "support/fake_code_pages.h"
 #include "text/character_width.h"
 #include "text/text_document.h"
 #include "text/utf8.h"
@@ -6,33 +6,45 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <algorithm>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace genutil::text {
 namespace {
 
 using namespace std::string_literals;
 
+std::vector<std::string> linesOf(const TextDocument& document) {
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < document.lineCount(); ++i)
+        lines.emplace_back(document.line(i));
+    return lines;
+}
+
+std::string written(const TextDocument& document, const CodePages& pages = basicCodePages()) {
+    std::string bytes;
+    document.write([&](std::string_view block) { bytes += block; }, pages);
+    return bytes;
+}
+
 struct Sample {
     std::string what;
     std::string bytes;
     std::vector<std::string> lines;
     WidestLine widest;
-    Encoding encoding = Encoding::Utf8;
+    Encoding encoding = {};
+    std::optional<std::string> wanted = std::nullopt;
 };
 
-TEST(TextDocument, SplitsDecodesAndMeasuresEveryKindOfText) {
+TEST(TextDocument, SplitsDecodesMeasuresAndWritesBackEveryKindOfText) {
     const std::string utf8Mark = "\xEF\xBB\xBF";
+    const Encoding markedUtf8{"UTF-8", true};
+    const Encoding windows1252{"windows-1252"};
     const Sample samples[] = {
         {"empty", "", {""}, {0, 0}},
-        {"mark only", utf8Mark, {""}, {0, 0}, Encoding::Utf8WithMark},
+        {"mark only", utf8Mark, {""}, {0, 0}, markedUtf8},
         {"no final line end", "one\nthree", {"one", "three"}, {1, 5}},
         {"final line end", "three\none\n", {"three", "one", ""}, {0, 5}},
         {"all line ends mixed", "a\nbb\r\nccc\rdd\r\r\n\n\re", {"a", "bb", "ccc", "dd", "", "", "", "e"},
@@ -43,26 +55,79 @@ TEST(TextDocument, SplitsDecodesAndMeasuresEveryKindOfText) {
         {"zero byte and form feed", "a\0b\n\fab"s, {"a\0b"s, "\fab"}, {0, 3}},
         {"wide before long", "測量点\nabcde", {"測量点", "abcde"}, {0, 6}},
         {"combining marks take no column", "e\u0301e\u0301\nabc", {"e\u0301e\u0301", "abc"}, {1, 3}},
-        {"mark is no column", utf8Mark + "\nab", {"", "ab"}, {1, 2}, Encoding::Utf8WithMark},
-        {"damage behind a mark", utf8Mark + "a\xFF", {"a\xFF"}, {0, 2}, Encoding::Utf8WithMark},
-        {"Windows-1252", "25\xB0\n\x80\x81\x9F", {"25°", "€\u0081Ÿ"}, {0, 3}, Encoding::Windows1252},
-        {"UTF-8 cut off", "caf\xC3", {"cafÃ"}, {0, 4}, Encoding::Windows1252},
-        {"UTF-16 LE", "\xFF\xFE\xE9\0\r\0\n\0\x3D\xD8\0\xDE"s, {"é", "😀"}, {1, 2},
-            Encoding::Utf16LittleEndian},
-        {"UTF-16 BE, odd byte", "\xFE\xFF\0a\0\n\xD8\0\0b\0"s, {"a", "\uFFFDb\uFFFD"}, {1, 3},
-            Encoding::Utf16BigEndian},
+        {"mark is no column", utf8Mark + "\nab", {"", "ab"}, {1, 2}, markedUtf8},
+        {"damage behind a mark", utf8Mark + "a\xFF", {"a\xFF"}, {0, 2}, markedUtf8},
+        {"damage that is wanted", "a\xFF\xC3", {"a\xFF\xC3"}, {0, 3}, {}, "utf-8"},
+        {"Windows-1252", "25\xB0\n\x80\x81\x9F", {"25°", "€\u0081Ÿ"}, {0, 3}, windows1252},
+        {"UTF-8 cut off", "caf\xC3", {"cafÃ"}, {0, 4}, windows1252},
+        {"UTF-8 that is not wanted", "\xC3\xA9", {"Ã©"}, {0, 2}, windows1252, "Windows-1252"},
+        {"UTF-16 LE", "\xFF\xFE\xE9\0\r\0\n\0\x3D\xD8\0\xDE"s, {"é", "😀"}, {1, 2}, {"UTF-16LE", true}},
+        {"UTF-16 BE, lone surrogate, odd byte", "\xFE\xFF\0a\0\n\xD8\0\0b\0"s,
+            {"a", "\xED\xA0\x80"
+                  "b"},
+            {1, 2}, {"UTF-16BE", true}},
+        {"UTF-16 LE without mark",
+            "2\0"
+            "5\0\xB0\0\n\0"s,
+            {"25°", ""}, {0, 3}, {"UTF-16LE"}},
+        {"UTF-16 BE without mark, odd byte", "\0a\0b\0c\0"s, {"abc"}, {0, 3}, {"UTF-16BE"}},
+        {"UTF-16 that only the user knows", "\x2C\x6E\xCF\x91"s, {"測量"}, {0, 4}, {"UTF-16LE"}, "UTF-16LE"},
     };
     for (const Sample& sample : samples) {
         SCOPED_TRACE(sample.what);
-        const TextDocument document = TextDocument::fromBytes(sample.bytes);
-        std::vector<std::string> lines;
-        for (std::size_t i = 0; i < document.lineCount(); ++i)
-            lines.emplace_back(document.line(i));
-        EXPECT_EQ(lines, sample.lines);
+        const auto document = TextDocument::fromBytes(sample.bytes, basicCodePages(), sample.wanted);
+        EXPECT_EQ(linesOf(document), sample.lines);
         EXPECT_EQ(document.widestLine().index, sample.widest.index);
         EXPECT_EQ(document.widestLine().columns, sample.widest.columns);
-        EXPECT_EQ(document.encoding(), sample.encoding);
-        EXPECT_THROW(static_cast<void>(document.line(lines.size())), std::out_of_range);
+        EXPECT_EQ(document.encoding(), sample.encoding) << document.encoding().name;
+        EXPECT_EQ(written(document), sample.bytes);
+        EXPECT_THROW(static_cast<void>(document.line(sample.lines.size())), std::out_of_range);
+    }
+}
+
+// Gives a few bytes at a time, and says that there are fewer or more.
+class Trickle : public ByteSource {
+public:
+    Trickle(std::string bytes, std::size_t portion, std::uint64_t expected)
+        : bytes_(std::move(bytes)), portion_(portion), expected_(expected) {}
+    std::uint64_t expectedSize() const override { return expected_; }
+    std::size_t read(std::span<char> into) override {
+        const std::size_t count = std::min({portion_, into.size(), bytes_.size() - given_});
+        std::copy_n(bytes_.begin() + std::ptrdiff_t(given_), count, into.begin());
+        given_ += count;
+        return count;
+    }
+
+private:
+    std::string bytes_;
+    std::size_t portion_;
+    std::uint64_t expected_;
+    std::size_t given_ = 0;
+};
+
+TEST(TextDocument, IsTheSameWhereverReadingDividesItsBytes) {
+    const std::string tail = "é\r\n\t測\r\r\n\xF0\x9F\x98\x80\r";
+    const std::vector<std::string> lines = {"é", "\t測", "", "😀", ""};
+    for (const std::size_t before : {5000u, 16369u, 16376u, 16379u, 16380u, 16381u, 16382u, 16383u, 70000u})
+        for (const std::size_t portion : {1u, 2u, 3u, 4096u, 100000u}) {
+            SCOPED_TRACE(testing::Message() << before << " bytes before, " << portion << " at a time");
+            Trickle source(std::string(before - 1, '-') + "\n" + tail, portion, portion == 3 ? 1 << 20 : 7);
+            const TextDocument document = TextDocument::load(source);
+            EXPECT_THAT(linesOf(document), testing::ElementsAre(std::string(before - 1, '-'), lines[0],
+                                               lines[1], lines[2], lines[3], lines[4]));
+            EXPECT_EQ(document.widestLine().columns, before - 1);
+            EXPECT_EQ(document.encoding(), Encoding());
+            Trickle damaged(std::string(before, '-') + tail.substr(0, 1), portion, 0);
+            EXPECT_EQ(TextDocument::load(damaged).encoding().name, "windows-1252");
+        }
+}
+
+TEST(TextDocument, IsNotReadInAnEncodingThatNobodyKnows) {
+    try {
+        TextDocument::fromBytes("a", basicCodePages(), "EBCDIC-37");
+        ADD_FAILURE() << "was read";
+    } catch (const std::invalid_argument& error) {
+        EXPECT_THAT(error.what(), testing::HasSubstr("EBCDIC-37"));
     }
 }
 
@@ -79,25 +144,82 @@ TEST(TextDocument, FindsStopsAtEveryPlaceOfAMachineWord) {
     }
 }
 
-TEST(OffsetList, KeepsOffsetsBeyondFourGibibytes) {
-    if (sizeof(std::size_t) < 8)
-        GTEST_SKIP() << "no such text fits into memory here";
-    const std::size_t far = 0x1'2345'6789;
-    OffsetList offsets(far);
-    offsets.append(0xFFFF'FFFF);
-    offsets.append(far);
-    EXPECT_EQ(offsets[0], 0xFFFF'FFFFu);
-    EXPECT_EQ(offsets[1], far);
+TEST(LineStarts, KeepsOffsetsBeyondFourGibibytes) {
+    const std::uint64_t offsets[] = {
+        5, 0xFFFF'FFFF, 0x1'0000'0000, 0x1'2345'6789, 0x4'0000'0001, 0x4'0000'0002};
+    LineStarts starts;
+    for (const std::uint64_t offset : offsets)
+        starts.append(offset);
+    for (std::size_t i = 0; i < std::size(offsets); ++i) {
+        EXPECT_EQ(starts[i], offsets[i]);
+        EXPECT_EQ(starts.countUpTo(offsets[i] - 1), i);
+        EXPECT_EQ(starts.countUpTo(offsets[i]), i + 1);
+    }
+}
+
+TEST(TextDocument, TrustsAGuessOfItsEncodingOnlyOnEvidence) {
+    std::string alphabet;
+    for (int i = 0; i < 80; ++i)
+        alphabet += char(0xC0 + i % 40);
+    std::string degrees;
+    for (int i = 0; i < 100; ++i)
+        degrees += "25\xB0"
+                   "00 ";
+    const std::string pairs = "\xB2\xE2\xC1\xBF\xB5\xE3\xC3\xFB";
+    const std::string chance = "25\xB0"
+                               "A 25\xB1"
+                               "B 25\xB2"
+                               "C 25\xB3"
+                               "D 25\xB5"
+                               "E ";
+    const struct {
+        std::string what;
+        std::string bytes;
+        std::string guess;
+        std::string system;
+        std::string expected;
+    } cases[] = {
+        {"a handful of signs", "25\xB0 \xB1 3 m\xB2", "Alphabet", "windows-1252", "windows-1252"},
+        {"a page of the same sign", degrees, "Alphabet", "windows-1252", "windows-1252"},
+        {"a page of words", alphabet, "Alphabet", "windows-1252", "Alphabet"},
+        {"a page far behind", std::string(100'000, '\n') + alphabet, "Alphabet", "windows-1252", "Alphabet"},
+        {"no guess", alphabet, "", "Alphabet", "Alphabet"},
+        {"a guess that nobody knows", alphabet, "Klingon", "Alphabet", "Alphabet"},
+        {"Latin-1 means what all take it for", alphabet, "ISO-8859-1", "Alphabet", "windows-1252"},
+        {"four double-byte characters", pairs, "Pairs", "Alphabet", "Pairs"},
+        {"three", pairs.substr(2), "Pairs", "Alphabet", "Alphabet"},
+        {"one half is missing", pairs + pairs + "\xB0", "Pairs", "Alphabet", "Alphabet"},
+        {"pairs by chance", chance + chance, "Pairs", "Alphabet", "Alphabet"},
+        {"nothing fits", "\xB2\xE2\xC1", "Pairs", "Pairs", "windows-1252"},
+        {"the system's texts are UTF-8", "25\xB0", "", "UTF-8", "windows-1252"},
+    };
+    for (const auto& [what, bytes, guess, system, expected] : cases) {
+        SCOPED_TRACE(what);
+        const fake::CodePages pages(guess, system);
+        const auto document = TextDocument::fromBytes(bytes, pages);
+        EXPECT_EQ(document.encoding().name, expected);
+        EXPECT_TRUE(document.isExact());
+        EXPECT_EQ(written(document, pages), bytes);
+    }
 }
 
 TEST(CharacterWidth, FollowsTheUnicodeDataAtTheEdgesOfItsRanges) {
     const std::pair<char32_t, int> widths[] = {{U'A', 1}, {0x00AD, 1}, {0x02FF, 1}, {0x0300, 0}, {0x036F, 0},
-        {0x0370, 1}, {0x0483, 0}, {0x10FF, 1}, {0x1100, 2}, {0x1160, 0}, {0x200B, 0}, {0x2010, 1},
-        {0x302A, 0}, {0x3042, 2}, {0x4DC0, 1}, {0x9FFF, 2}, {0xD7A3, 2}, {0xD7A4, 1}, {0xFE0F, 0},
-        {0xFEFF, 0}, {0xFF01, 2}, {0xFF61, 1}, {0x1F600, 2}, {0x20000, 2}, {0xE01EF, 0}, {0xE01F0, 1},
-        {0x10FFFF, 1}};
+        {0x0370, 1}, {0x0483, 0}, {0x10FF, 1}, {0x1100, 2}, {0x1160, 0}, {0x2010, 1}, {0x302A, 0},
+        {0x3042, 2}, {0x4DC0, 1}, {0x9FFF, 2}, {0xD7A3, 2}, {0xD7A4, 1}, {0xFE0F, 0}, {0xFF01, 2},
+        {0xFF61, 1}, {0x1F600, 2}, {0x20000, 2}, {0xE01EF, 0}, {0xE01F0, 1}, {0x10FFFF, 1}};
     for (const auto& [codePoint, width] : widths)
         EXPECT_EQ(characterWidth(codePoint), width) << std::hex << static_cast<unsigned>(codePoint);
+}
+
+TEST(CharacterWidth, GivesInvisibleControlsTheColumnOfTheirMark) {
+    const char32_t seen[] = {
+        0, 0x1B, 0x7F, 0x85, 0x061C, 0x200B, 0x200E, 0x200F, 0x202A, 0x202E, 0x2060, 0x2066, 0x2069, 0xFEFF};
+    for (const char32_t codePoint : seen)
+        EXPECT_TRUE(isInvisibleControl(codePoint) && characterWidth(codePoint) == 1) << unsigned(codePoint);
+    for (const char32_t codePoint : {U'\t', U' ', char32_t(0xA0), char32_t(0x200C), char32_t(0x200D)})
+        EXPECT_FALSE(isInvisibleControl(codePoint)) << unsigned(codePoint);
+    EXPECT_EQ(characterWidth(0x200D), 0);
 }
 
 TEST(Utf8, TakesDamagedBytesByTheirMaximalSubpart) {
@@ -107,7 +229,8 @@ TEST(Utf8, TakesDamagedBytesByTheirMaximalSubpart) {
     } cases[] = {
         {"\xC0\x80", U"\uFFFD\uFFFD"},                         // overlong
         {"\xE0\x9F\xBF", U"\uFFFD\uFFFD\uFFFD"},               // overlong
-        {"\xED\xA0\x80", U"\uFFFD\uFFFD\uFFFD"},               // surrogate
+        {"\xED\xA0\x80Z", U"\uFFFDZ"},                         // surrogate: one character
+        {"\xED\xBF", U"\uFFFD"},                               // surrogate cut off
         {"\xF4\x90\x80\x80", U"\uFFFD\uFFFD\uFFFD\uFFFD"},     // above U+10FFFF
         {"\xF0\x90\x80", U"\uFFFD"},                           // cut off by the end
         {"\xE2\x82Z", U"\uFFFDZ"},                             // cut off by a character
@@ -123,7 +246,7 @@ TEST(Utf8, TakesDamagedBytesByTheirMaximalSubpart) {
     }
 }
 
-TEST(Utf8, CarriesEveryCharacterAndReplacesSurrogatesWithoutPartner) {
+TEST(Utf8, CarriesEveryCharacter) {
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
         std::string utf8;
@@ -131,70 +254,8 @@ TEST(Utf8, CarriesEveryCharacterAndReplacesSurrogatesWithoutPartner) {
         ASSERT_TRUE(isValidUtf8(utf8)) << std::hex << static_cast<unsigned>(codePoint);
         ASSERT_EQ(decodeUtf8(utf8, 0).codePoint, surrogate ? replacementCharacter : codePoint);
     }
-    const auto fromUnits = [](const std::u16string& units, ByteOrder order) {
-        std::string bytes;
-        for (const char16_t unit : units) {
-            bytes += char(order == ByteOrder::BigEndian ? unit >> 8 : unit & 0xFF);
-            bytes += char(order == ByteOrder::BigEndian ? unit & 0xFF : unit >> 8);
-        }
-        return fromUtf16Bytes(bytes, order);
-    };
-    const std::u16string swapped = {u'a', 0xDC00, 0xD800, u'b', 0xD83D};
-    for (const ByteOrder order : {ByteOrder::LittleEndian, ByteOrder::BigEndian}) {
-        EXPECT_EQ(fromUnits(swapped, order), "a\uFFFD\uFFFDb\uFFFD");
-        EXPECT_EQ(fromUnits(u"z\u00FC\u6E2C\U0001F600", order), "z\u00FC\u6E2C\U0001F600");
-    }
-}
-
-class TextFile : public testing::Test {
-protected:
-    void SetUp() override { std::filesystem::create_directories(folder_); }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    std::filesystem::path write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
-        return folder_ / name;
-    }
-
-    void expectRefusal(const std::filesystem::path& path, std::errc code) const {
-        try {
-            TextDocument::read(path);
-            ADD_FAILURE() << path << " was read";
-        } catch (const std::system_error& error) {
-            EXPECT_EQ(error.code(), code) << error.what();
-            EXPECT_THAT(error.what(), testing::HasSubstr(path.string()));
-        }
-    }
-
-    const std::filesystem::path folder_ =
-        std::filesystem::temp_directory_path() / ("genutil-text-" + std::to_string(::getpid()));
-};
-
-TEST_F(TextFile, IsReadWholeUnderAnyNameAlsoWithoutAKnownSize) {
-    const std::string line(1 << 20, 'x');
-    const TextDocument document = TextDocument::read(write("Łódź 測量 .&01", line));
-    EXPECT_EQ(document.lineCount(), 1u);
-    EXPECT_EQ(document.line(0), line);
-    EXPECT_EQ(TextDocument::read(write("empty.log", "")).lineCount(), 1u);
-    const std::filesystem::path sizeNotKnown = "/proc/self/smaps"; // says size 0 and gives more
-    if (std::filesystem::exists(sizeNotKnown)) {
-        EXPECT_GT(TextDocument::read(sizeNotKnown).lineCount(), 10u);
-    }
-}
-
-TEST_F(TextFile, IsRefusedByNameAndRuleWhenItIsNoReadableFile) {
-    ASSERT_EQ(::mkfifo((folder_ / "pipe").c_str(), 0600), 0);
-    expectRefusal(folder_, std::errc::is_a_directory);
-    expectRefusal(folder_ / "missing.log", std::errc::no_such_file_or_directory);
-    expectRefusal(folder_ / "pipe", std::errc::operation_not_supported);
-    expectRefusal("/dev/zero", std::errc::operation_not_supported);
-}
-
-TEST_F(TextFile, IsRefusedWhenThisUserMayNotReadIt) {
-    const std::filesystem::path closed = write("closed.log", "text");
-    std::filesystem::permissions(closed, std::filesystem::perms::none);
-    const fake::AnotherUser user;
-    expectRefusal(closed, std::errc::permission_denied);
+    EXPECT_EQ(fromUtf16Bytes("\x3D\xD8\x3D\xD8\0\xDE\0\xDE"s, ByteOrder::LittleEndian),
+        "\xED\xA0\xBD\U0001F600\xED\xB8\x80"); // only the two in the middle are partners
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "component/composition.h"
 
 #include "platform/qt/qt_desktop.h"
-#include "platform/system/wipe_file.h"
+#include "platform/system/system_files.h"
 
 namespace genutil {
 

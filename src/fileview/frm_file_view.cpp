@@ -36,16 +36,30 @@ bool isBlank(const std::string& text) {
 
 frmFileView::frmFileView(Component& owner)
     : DialogForm(owner, "frmFileView", "Fileview", fileDisplayTitle, windowChrome),
-      mnu_File(*this, "mnu_File", "&File"), mnu_OpenFile(*this, "mnu_OpenFile", "&Open ...", &mnu_File),
-      mnu_Save(*this, "mnu_Save", "&Save", &mnu_File), mnu_SaveAs(*this, "mnu_SaveAs", "Save-&As", &mnu_File),
+      mnu_File(*this, "mnu_File", "&File"),
+      mnu_OpenFile(*this, "mnu_OpenFile", "&Open ...", &mnu_File, "Ctrl+O"),
+      mnu_Save(*this, "mnu_Save", "&Save", &mnu_File, "Ctrl+S"),
+      mnu_SaveAs(*this, "mnu_SaveAs", "Save-&As", &mnu_File),
       mnu_Edit(*this, "mnu_Edit", "&External Editor", &mnu_File),
-      mnu_Print(*this, "mnu_Print", "&Print ...", &mnu_File), mnu_Break(*this, "mnu_Break", "-", &mnu_File),
-      mnu_Close(*this, "mnu_Close", "&Close", &mnu_File), mnu_View(*this, "mnu_View", "&View"),
-      mnu_Refresh(*this, "mnu_Refresh", "&Refresh", &mnu_View), rtbViewText(*this, "rtbViewText"),
+      mnu_Print(*this, "mnu_Print", "&Print ...", &mnu_File, "Ctrl+P"),
+      mnu_Break(*this, "mnu_Break", "-", &mnu_File), mnu_Close(*this, "mnu_Close", "&Close", &mnu_File),
+      mnu_View(*this, "mnu_View", "&View"), mnu_Refresh(*this, "mnu_Refresh", "&Refresh", &mnu_View),
+      mnu_Reload(*this, "mnu_Reload", "Re&load File", &mnu_View, "F5"),
+      mnu_BreakFind(*this, "mnu_BreakFind", "-", &mnu_View),
+      mnu_Find(*this, "mnu_Find", "&Find ...", &mnu_View, "Ctrl+F"),
+      mnu_FindNext(*this, "mnu_FindNext", "Find &Next", &mnu_View, "F3"),
+      mnu_FindPrevious(*this, "mnu_FindPrevious", "Find &Previous", &mnu_View, "Shift+F3"),
+      mnu_GoToLine(*this, "mnu_GoToLine", "&Go to Line ...", &mnu_View, "Ctrl+L"),
+      mnu_BreakZoom(*this, "mnu_BreakZoom", "-", &mnu_View),
+      mnu_ZoomIn(*this, "mnu_ZoomIn", "Zoom &In", &mnu_View, "Ctrl++; Ctrl+="),
+      mnu_ZoomOut(*this, "mnu_ZoomOut", "Zoom &Out", &mnu_View, "Ctrl+-"),
+      mnu_ZoomNormal(*this, "mnu_ZoomNormal", "Normal Si&ze", &mnu_View, "Ctrl+0"),
+      mnu_WrapLines(*this, "mnu_WrapLines", "&Wrap Lines", &mnu_View), rtbViewText(*this, "rtbViewText"),
       lblCheckLength(*this, "lblCheckLength", measuringText()), pnlHelp(*this, "pnlHelp"),
       pnlButtons(*this, "pnlButtons"), cmdClose(*this, "cmdClose", "&Close"),
       cmdSelect(*this, "cmdSelect", "&Select"), cmdEdit(*this, "cmdEdit", "&Edit"),
-      cmdPrint(*this, "cmdPrint", "&Print") {
+      cmdPrint(*this, "cmdPrint", "&Print"), findBar(*this, rtbViewText), status(*this, rtbViewText),
+      notice(*this, owner.files()) {
     width = designWidth;
     height = designHeight;
     rtbViewText.width = designWidth - windowChrome.width;
@@ -66,7 +80,14 @@ frmFileView::frmFileView(Component& owner)
     }
     connectMenus();
     connectButtons();
+    connectText();
+    connectTools();
     connectWindow();
+    Control* const furtherTabOrder[] = {&findBar.txtFind, &findBar.chkMatchCase, &findBar.chkWholeWord,
+        &findBar.cmdFindNext, &findBar.cmdFindPrevious, &findBar.cmdFindClose, &status.cboEncoding,
+        &notice.cmdReload, &notice.cmdIgnore};
+    for (int next = rtbViewText.tabIndex; Control * control : furtherTabOrder)
+        control->tabIndex = ++next;
 }
 
 void frmFileView::connectMenus() {
@@ -79,10 +100,17 @@ void frmFileView::connectMenus() {
              Command{mnu_Save, &frmFileView::SaveTheFile},
              Command{mnu_SaveAs, &frmFileView::SaveAs},
              Command{mnu_Edit, &frmFileView::EditFile},
-             Command{mnu_Print, &frmFileView::PrintFile},
+             Command{mnu_Reload, &frmFileView::ReloadFile},
+             Command{mnu_GoToLine, &frmFileView::GoToLine},
          })
         on(command.item.click, command.item.name() + "_Click",
             [this, action = command.action] { (this->*action)(); });
+    const auto print = [this] {
+        if (!(modified_ && editAllowed_) || SaveChanges())
+            PrintFile();
+    };
+    on(mnu_Print.click, "mnu_Print_Click", print);
+    on(cmdPrint.click, "cmdPrint_Click", print);
     on(mnu_Close.click, "mnu_Close_Click", [this] { unload(); });
     on(mnu_Refresh.click, "mnu_Refresh_Click", [this] { refresh(); });
 }
@@ -91,10 +119,13 @@ void frmFileView::connectButtons() {
     on(cmdClose.click, "cmdClose_Click", [this] { unload(); });
     on(cmdSelect.click, "cmdSelect_Click", [this] { OpenFile(); });
     on(cmdEdit.click, "cmdEdit_Click", [this] { EditFile(); });
-    on(cmdPrint.click, "cmdPrint_Click", [this] { PrintFile(); });
     for (Button* button : {&cmdClose, &cmdSelect, &cmdEdit, &cmdPrint})
         on(button->keyDown, button->name() + "_KeyDown",
             [this, button](KeyEvent& event) { KeyResponse(*button, event.code); });
+    followMouse({&cmdClose, &cmdEdit, &cmdPrint, &cmdSelect, &rtbViewText});
+}
+
+void frmFileView::connectText() {
     on(rtbViewText.gotFocus, "rtbViewText_GotFocus", [this] { cmdClose.isDefault = false; });
     on(rtbViewText.keyDown, "rtbViewText_KeyDown", [this](KeyEvent& event) {
         if (event.code == key::Enter && cmdClose.isDefault)
@@ -103,9 +134,11 @@ void frmFileView::connectButtons() {
     on(rtbViewText.change, "rtbViewText_Change", [this] {
         // Text loaded before the form is first shown is not a change.
         modified_ = isShown();
+        edited_ = true;
         mnu_Save.enabled = modified_;
+        status.showText();
     });
-    followMouse({&cmdClose, &cmdEdit, &cmdPrint, &cmdSelect, &rtbViewText});
+    on(rtbViewText.selectionChanged, "rtbViewText_SelChange", [this] { status.showSelection(); });
 }
 
 void frmFileView::connectWindow() {
@@ -154,7 +187,7 @@ void frmFileView::setUpMode() {
         SetEdit(true);
     SetMenuOrButtons(mode.open, editAllowed_, mode.print);
     rememberPlacement_ = mode.rememberPlacement;
-    rtbViewText.wrapsLines = mode.isHistory;
+    wrapLines();
     if (mode.isHistory) {
         // Prose, for reading: neither fixed-pitch nor bold.
         rtbViewText.font = Font{.name = "MS Sans Serif", .size = 9.75};
@@ -163,7 +196,10 @@ void frmFileView::setUpMode() {
     if (mode.atSetUp == ViewModeRules::AtSetUp::ShowsNothing) {
         FileToView.clear();
         LargeFileView(false, savedPlacement_);
+        status.showText();
     } else {
+        // A rich-text file shows as what it is, whichever way it comes here.
+        fileFormat_ = formatOf(FileToView);
         DisplayFile();
     }
 }
@@ -252,12 +288,24 @@ void frmFileView::windowResized() {
     savedWindowState_ = windowState;
     if (rememberPlacement_ && setupDone_)
         storePlacement();
-    rtbViewText.wrapsLines = viewMode(ViewMode).isHistory || fileFormat_ == FileFormat::RichText;
+    wrapLines();
+}
+
+void frmFileView::wrapLines() {
+    const bool always = viewMode(ViewMode).isHistory || fileFormat_ == FileFormat::RichText;
+    mnu_WrapLines.enabled = !always;
+    mnu_WrapLines.checked = always || wrapChosen_;
+    rtbViewText.wrapsLines = mnu_WrapLines.checked;
 }
 
 void frmFileView::windowUnloaded() {
-    if (modified_ && editAllowed_)
-        handle("Form_Unload", [this] { SaveChanges(); });
+    if (modified_ && editAllowed_) {
+        bool settled = false;
+        handle("Form_Unload", [&] { settled = SaveChanges(); });
+        if (!settled)
+            handle("Form_Unload", [this] { rescueText(); });
+    }
+    notice.forget();
     if (rememberPlacement_)
         prog->put(program::FileViewState, std::int16_t(savedWindowState_));
     fileProcs_.reset();

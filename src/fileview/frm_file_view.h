@@ -1,16 +1,22 @@
 #pragma once
 
+#include "fileview/change_notice.h"
+#include "fileview/find_bar.h"
 #include "fileview/view_modes.h"
+#include "fileview/viewer_status.h"
 #include "frame/dialog_form.h"
 #include "hostif/controls.h"
+#include "hostif/report_text.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace genutil {
 
-// The file viewer: shows one of the product's text outputs in a window fitted to it. Lengths are twips.
+// The file viewer: shows one of the product's text outputs, or a rich-text document, in a window fitted to
+// it; the text can be edited in place, saved, and opened in an external editor. Lengths are twips.
 class frmFileView : public DialogForm {
 public:
     explicit frmFileView(Component& component);
@@ -26,12 +32,22 @@ public:
 
     MenuItem mnu_File, mnu_OpenFile, mnu_Save, mnu_SaveAs, mnu_Edit, mnu_Print, mnu_Break, mnu_Close;
     MenuItem mnu_View, mnu_Refresh;
+    // What users of viewers expect beyond the commands above.
+    MenuItem mnu_Reload, mnu_BreakFind, mnu_Find, mnu_FindNext, mnu_FindPrevious, mnu_GoToLine;
+    MenuItem mnu_BreakZoom, mnu_ZoomIn, mnu_ZoomOut, mnu_ZoomNormal, mnu_WrapLines;
     ReportText rtbViewText;
     Label lblCheckLength; // for measuring; never shown
     Panel pnlHelp;
     Panel pnlButtons;
     Button cmdClose, cmdSelect, cmdEdit, cmdPrint;
     FileDialog commonDialog1;
+    FindBar findBar;
+    ViewerStatus status;
+    ChangeNotice notice;
+
+    // What the window reports beside its controls' events.
+    Event<const std::string&> userDropFile; // a file's full path; taken while File > Open is enabled
+    Event<int> userZoom;                    // steps; negative ones make the text smaller
 
     void Form_Setup(const std::string& helpSource);
     // Shows FileToView, fitting the window to it or restoring the remembered placement.
@@ -47,12 +63,21 @@ public:
     void KeyResponse(Control& control, int keyCode);
     // Overwrites and removes the file.
     void WipeViewFile(const std::string& file);
-    // The commands on the text that belong to later versions.
+    // Opens FileToView in the external editor, waits for its end and shows the file as the editor left it.
     void EditFile();
-    void SaveChanges();
+    // Asks whether to save the text before it is lost. False when the user answered Yes and then would rather
+    // not have the file written after all; the command that asked ends there.
+    bool SaveChanges();
     void SaveTheFile();
     void SaveAs();
+    // Belongs to a later version.
     void PrintFile();
+
+    // Reads the file again, as it is now.
+    void ReloadFile();
+    void GoToLine();
+    // Takes the bytes of the text as another encoding's.
+    void ChangeEncoding(const std::string& encoding);
 
     bool isModified() const { return modified_; }
     bool isEditAllowed() const { return editAllowed_; }
@@ -60,24 +85,55 @@ public:
 private:
     enum class FileFormat : std::int16_t { RichText = 0, PlainText = 1 };
 
+    // By the file's extension.
+    static FileFormat formatOf(std::string_view file);
+
     void connectMenus();
     void connectButtons();
     void connectWindow();
+    void connectText();
+    void connectTools();
     void setUpMode();
+    // Reads FileToView into the text box and answers True, or says that it cannot be read.
+    bool showFile();
+    void loadPlain();
+    void loadRich();
+    void showNothing();
+    // Takes the file in this state for what is shown, and watches it from now on.
+    void followFile(const std::optional<FileStamp>& state);
+    void openPath(const std::string& file);
     void fitWindowToText(const text::TextDocument& document);
     void windowResized();
+    void wrapLines();
     void storePlacement();
     void windowUnloaded();
+    void zoomTo(double zoom);
+
+    void runEditor();
+    // Writes the text to the file; asks for a name where there is none, and before what another program has
+    // written is lost. False when the user said no.
+    bool saveText(const std::string& file);
+    bool confirmOverwrite(const std::string& file);
+    // False when the user would rather not write in another encoding what the text's own cannot hold.
+    bool writeText(const std::string& file);
+    void textIsThatOf(const std::string& file);
+    void rescueText();
+    // Nothing when the user cancelled.
+    std::optional<std::string> askSaveName();
+    bool confirm(const std::string& question, Icon icon = Icon::Question);
     std::string readPlacementSetting();
     WindowState viewState() const;
 
     FileFormat fileFormat_ = FileFormat::PlainText;
     bool editAllowed_ = false;
-    bool modified_ = false;
+    bool modified_ = false; // what the rules of saving go by: also after the file was shown again
+    bool edited_ = false;   // the text is not that of the file
+    bool wrapChosen_ = false;
     bool editSessionActive_ = false;
     bool rememberPlacement_ = false;
     bool setupDone_ = false;
     bool resizing_ = false;
+    std::string shownFile_; // whose text the text box holds
     std::string savedPlacement_;
     WindowState savedWindowState_ = WindowState::Normal;
     std::unique_ptr<FileProcedures> fileProcs_;

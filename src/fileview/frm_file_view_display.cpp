@@ -3,10 +3,10 @@
 #include "fileview/placement.h"
 #include "fileview/window_fit.h"
 #include "text/ascii.h"
+#include "text/rtf.h"
 
 #include <algorithm>
 #include <array>
-#include <system_error>
 
 // What the viewer does with files: showing, opening, placing the window for them, wiping.
 namespace genutil {
@@ -33,12 +33,6 @@ constexpr std::array eastAsianCharSets{128, 129, 130, 134, 136};
 constexpr double defaultWidthShare = 0.7; // of the screen
 constexpr double defaultHeightShare = 0.8;
 
-bool isRichText(std::string_view file) {
-    constexpr std::string_view extension = ".RTF";
-    return file.size() >= extension.size() &&
-           text::equalsIgnoringCase(file.substr(file.size() - extension.size()), extension);
-}
-
 } // namespace
 
 std::string frmFileView::readPlacementSetting() {
@@ -52,38 +46,90 @@ WindowState frmFileView::viewState() const {
     return state >= 0 && state <= 2 ? WindowState(state) : WindowState::Normal;
 }
 
+frmFileView::FileFormat frmFileView::formatOf(std::string_view file) {
+    constexpr std::string_view extension = ".RTF";
+    const bool rich = file.size() >= extension.size() &&
+                      text::equalsIgnoringCase(file.substr(file.size() - extension.size()), extension);
+    return rich ? FileFormat::RichText : FileFormat::PlainText;
+}
+
 void frmFileView::DisplayFile() {
     run("DisplayFile", [this] {
         desktop().setPointer(Pointer::Default);
         const PointerScope hourglass(desktop(), Pointer::Hourglass);
         SetFormCaption();
-        if (fileFormat_ == FileFormat::RichText)
-            throw Error(errors::NotAvailableYet, "Rich-text files cannot be shown yet");
-
-        std::shared_ptr<const text::TextDocument> document;
-        try {
-            document = std::make_shared<text::TextDocument>(text::TextDocument::read(FileToView));
-        } catch (const std::system_error&) {
-            desktop().ask({.text = "Error - Bad filename or file does not exist !!"});
+        // The state before the reading: what is written meanwhile makes it another one.
+        const auto state = component().files().stampOf(FileToView);
+        if (!showFile())
             return;
-        }
-        if (rememberPlacement_ && !savedPlacement_.empty())
-            LargeFileView(false, savedPlacement_);
-        else
-            fitWindowToText(*document);
-        SetTextRTF(viewState());
-        rtbViewText.setDocument(document);
-        if (std::ranges::find(eastAsianCharSets, int(component().sysInfo().CharSet())) !=
-            eastAsianCharSets.end()) {
-            Font regular = rtbViewText.font;
-            regular.bold = false;
-            rtbViewText.font = regular;
-        }
+        followFile(state);
         if (prog->get(program::WipeAfterView)) {
+            notice.forget();
             WipeViewFile(FileToView);
             prog->put(program::WipeAfterView, false);
         }
     });
+}
+
+void frmFileView::followFile(const std::optional<FileStamp>& state) {
+    notice.follow(FileToView, state, [this] {
+        handle("File_Changed", [this] {
+            if (!editSessionActive_)
+                notice.look();
+        });
+    });
+}
+
+bool frmFileView::showFile() {
+    try {
+        fileFormat_ == FileFormat::RichText ? loadRich() : loadPlain();
+    } catch (const Error&) {
+        desktop().ask({.text = "Error - Bad filename or file does not exist !!"});
+        // The text of a file that cannot be read again is all that is left of it.
+        if (shownFile_ != FileToView)
+            showNothing();
+        return false;
+    }
+    shownFile_ = FileToView;
+    edited_ = false;
+    wrapLines();
+    return true;
+}
+
+void frmFileView::showNothing() {
+    notice.forget();
+    shownFile_.clear();
+    rtbViewText.clear();
+    modified_ = edited_ = false;
+    mnu_Save.enabled = false;
+}
+
+void frmFileView::loadRich() {
+    const auto source = component().files().openFile(FileToView);
+    auto rich = std::make_shared<text::RichText>(
+        text::readRtf(text::readAll(*source), component().files().codePages()));
+    savedPlacement_ = readPlacementSetting();
+    LargeFileView(true, savedPlacement_);
+    SetTextRTF(viewState());
+    rtbViewText.setRichText(std::move(rich));
+}
+
+void frmFileView::loadPlain() {
+    const auto source = component().files().openFile(FileToView);
+    const auto document = std::make_shared<text::TextDocument>(
+        text::TextDocument::load(*source, component().files().codePages()));
+    if (rememberPlacement_ && !savedPlacement_.empty())
+        LargeFileView(false, savedPlacement_);
+    else
+        fitWindowToText(*document);
+    SetTextRTF(viewState());
+    rtbViewText.setDocument(document);
+    if (std::ranges::find(eastAsianCharSets, int(component().sysInfo().CharSet())) !=
+        eastAsianCharSets.end()) {
+        Font regular = rtbViewText.font;
+        regular.bold = false;
+        rtbViewText.font = regular;
+    }
 }
 
 void frmFileView::fitWindowToText(const text::TextDocument& document) {
@@ -134,26 +180,28 @@ void frmFileView::storePlacement() {
 
 void frmFileView::OpenFile() {
     run("OpenFile", [this] {
-        if (modified_ && editAllowed_)
-            SaveChanges();
+        if (modified_ && editAllowed_ && !SaveChanges())
+            return;
         FileDialog dialog = commonDialog1;
         dialog.filter = openFilter;
         dialog.fileName.clear();
         if (!desktop().showOpen(*this, dialog))
             return; // a cancelled dialog leaves the file that is shown
         commonDialog1 = dialog;
-        if (dialog.fileName.empty())
-            return;
-        if (isRichText(dialog.fileName))
-            throw Error(errors::NotAvailableYet, "Rich-text files cannot be shown yet");
-        FileToView = dialog.fileName;
-        fileFormat_ = FileFormat::PlainText;
-        DisplayFile();
-        modified_ = false;
-        mnu_Save.enabled = false;
-        mnu_SaveAs.enabled = true;
-        mnu_Print.enabled = true;
+        if (!dialog.fileName.empty())
+            openPath(dialog.fileName);
     });
+}
+
+void frmFileView::openPath(const std::string& file) {
+    FileToView = file;
+    fileFormat_ = formatOf(file);
+    DisplayFile();
+    modified_ = false;
+    mnu_Save.enabled = false;
+    const bool isShown = shownFile_ == file;
+    mnu_SaveAs.enabled = isShown;
+    mnu_Print.enabled = isShown;
 }
 
 void frmFileView::WipeViewFile(const std::string& file) {
@@ -162,26 +210,6 @@ void frmFileView::WipeViewFile(const std::string& file) {
         const PointerScope hourglass(desktop(), Pointer::Hourglass);
         component().files().wipeFile(file);
     });
-}
-
-void frmFileView::SaveChanges() {
-    run("SaveChanges", [] { throw Error(errors::NotAvailableYet, "Saving is not available yet"); });
-}
-
-void frmFileView::SaveTheFile() {
-    run("SaveTheFile", [] { throw Error(errors::NotAvailableYet, "Saving is not available yet"); });
-}
-
-void frmFileView::SaveAs() {
-    run("SaveAs", [] { throw Error(errors::NotAvailableYet, "Saving is not available yet"); });
-}
-
-void frmFileView::EditFile() {
-    run("EditFile", [] { throw Error(errors::NotAvailableYet, "The external editor is not available yet"); });
-}
-
-void frmFileView::PrintFile() {
-    run("PrintFile", [] { throw Error(errors::NotAvailableYet, "Printing is not available yet"); });
 }
 
 } // namespace genutil

@@ -37,7 +37,8 @@ int runView(const CommandLine& line, const HostPtr&, ComponentAccess& component)
     const QFileInfo file(QString::fromStdString(line.file));
     const int mode = line.number("--mode", reportKindOf(file.fileName()).viewMode);
     const bool modal = line.has("--modal");
-    component.viewFile(file.absoluteFilePath().toStdString(), static_cast<std::int16_t>(mode), modal);
+    const std::string editor = line.has("--editor") ? line.options.at("--editor") : component.defaultEditor();
+    component.viewFile(file.absoluteFilePath().toStdString(), static_cast<std::int16_t>(mode), modal, editor);
     return modal ? exit_codes::Success : runUntilClosed();
 }
 
@@ -59,6 +60,8 @@ const std::vector<Command>& commandTable() {
         {"", "", "the main window", {{"--folder", "DIR", "list the reports of this folder"}}, runMainWindow},
         {"view", "FILE", "show a file in the viewer",
             {{"--mode", "N", "view mode (else chosen by the file name)", -32768, 32767},
+                {"--editor", "COMMAND",
+                    "the external editor with its switches (else the one in the settings)"},
                 {"--modal", "", "show the viewer modally"}},
             runView},
         {"gauge", "", "demonstrate the progress gauge", {{"--seconds", "N", "how long (5)", 1, 3600}},

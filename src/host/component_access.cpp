@@ -115,12 +115,17 @@ void ComponentAccess::check(HRESULT result, const std::string& call) const {
     throw ComponentError(call + " has failed: " + (reason.empty() ? codeText(result) : reason));
 }
 
-void ComponentAccess::viewFile(const std::string& file, std::int16_t mode, bool modal) {
+std::string ComponentAccess::defaultEditor() const {
+    return readSetting(host_->paths.settings.toStdString(), "Kestal", "DefaultEditor", "");
+}
+
+void ComponentAccess::viewFile(
+    const std::string& file, std::int16_t mode, bool modal, const std::string& editorCommandLine) {
     const auto loader = create<k_genutil::_cFileViewLoader>(k_genutil::classes::cFileViewLoader.progId);
     VARIANT_BOOL instantHelp = host_->instantHelpOn ? VARIANT_TRUE : VARIANT_FALSE;
     VARIANT_BOOL setModal = modal ? VARIANT_TRUE : VARIANT_FALSE;
     k_genutil::Text fileToView(file);
-    k_genutil::Text editor(readSetting(host_->paths.settings.toStdString(), "Kestal", "DefaultEditor", ""));
+    k_genutil::Text editor(editorCommandLine);
     // Where the viewer has changed it, the program object comes back as another one.
     auto prog = Ref<IDispatch>::share(host_->prog.get());
     check(loader->LoadFileViewForm(&instantHelp, &setModal, &mode, fileToView.inOut(), prog.inOut(),

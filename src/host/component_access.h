@@ -36,9 +36,16 @@ public:
     /// Throws what the component says about a failed call.
     void check(HRESULT result, const std::string& call) const;
 
-    /// Shows a file in the viewer, and waits until it is closed if `modal`. The editor that the viewer offers
-    /// is the setting "DefaultEditor"; without it there is none.
-    void viewFile(const std::string& file, std::int16_t mode, bool modal);
+    /// The setting "DefaultEditor": a command line, or "" for none.
+    std::string defaultEditor() const;
+
+    /// Shows a file in the viewer, and waits until it is closed if `modal`. Without an editor's command line
+    /// the viewer offers none.
+    void viewFile(
+        const std::string& file, std::int16_t mode, bool modal, const std::string& editorCommandLine);
+    void viewFile(const std::string& file, std::int16_t mode, bool modal) {
+        viewFile(file, mode, modal, defaultEditor());
+    }
 
 private:
     void registerHostClasses();

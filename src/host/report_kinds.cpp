@@ -21,6 +21,7 @@ constexpr std::array kinds{
     ReportKind{"*.sdr", 1, "Survey data"},
     ReportKind{"*.sum", 1, "Traverse summary"},
     ReportKind{"*.&*", 1, "Extract"},
+    ReportKind{"*.rtf", 1, "Rich text"},
     ReportKind{"*", 1, "File"},
 };
 

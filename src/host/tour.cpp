@@ -68,6 +68,8 @@ constexpr ViewerShot viewerShots[] = {
     {"viewer-points", "points.rep", 22},
     {"viewer-history", "history.txt", 23},
     {"viewer-data", "tilt.sdr", 26},
+    {"viewer-summary", "traverse.sum", 1},
+    {"viewer-rich", "network_summary.rtf", 25},
 };
 
 class Tour {

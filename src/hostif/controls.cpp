@@ -2,6 +2,7 @@
 
 #include "hostif/error.h"
 #include "hostif/form.h"
+#include "hostif/text_units.h"
 
 #include <algorithm>
 #include <array>
@@ -21,14 +22,6 @@ void writeOf(Control& control, const Value& value) {
 
 template<class C>
 constexpr ScriptMember captionMember{"Caption", readOf<C, &C::caption>, writeOf<C, &C::caption, std::string>};
-
-std::size_t unitCount(const Value& value) {
-    const std::int32_t count = value.toInt32();
-    if (count < 0)
-        throw Error(
-            errors::InvalidCall, "A selection starts and extends by 0 or more, not " + std::to_string(count));
-    return std::size_t(count);
-}
 
 std::vector<std::string> split(const std::string& text, char separator) {
     std::vector<std::string> pieces;
@@ -110,13 +103,15 @@ std::span<const ScriptMember> TextBox::ownMembers() const {
         ScriptMember{"Locked", readOf<TextBox, &TextBox::locked>, writeOf<TextBox, &TextBox::locked, bool>},
         // Setting the start ends the selection there, setting the length makes one from the start on.
         ScriptMember{"SelStart",
-            [](Control& c) { return Value(std::int32_t(static_cast<TextBox&>(c).selectionStart)); },
-            [](Control& c, const Value& v) { static_cast<TextBox&>(c).select(unitCount(v), 0); }},
+            [](Control& c) { return textUnits(static_cast<TextBox&>(c).selectionStart); },
+            [](Control& c, const Value& v) {
+                static_cast<TextBox&>(c).select(std::size_t(textUnits(v)), 0);
+            }},
         ScriptMember{"SelLength",
-            [](Control& c) { return Value(std::int32_t(static_cast<TextBox&>(c).selectionLength)); },
+            [](Control& c) { return textUnits(static_cast<TextBox&>(c).selectionLength); },
             [](Control& c, const Value& v) {
                 auto& box = static_cast<TextBox&>(c);
-                box.select(box.selectionStart, unitCount(v));
+                box.select(box.selectionStart, std::size_t(textUnits(v)));
             }},
     };
     return members;
@@ -192,39 +187,6 @@ std::span<const ScriptMember> FloodGauge::ownMembers() const {
     static constexpr std::array members{
         ScriptMember{"FloodPercent", readOf<FloodGauge, &FloodGauge::floodPercent>,
             writeOf<FloodGauge, &FloodGauge::floodPercent, std::int16_t>},
-    };
-    return members;
-}
-
-ReportText::ReportText(Form& owner, std::string name)
-    : Control(owner, std::move(name)), document_(std::make_shared<text::TextDocument>()) {}
-
-void ReportText::setDocument(std::shared_ptr<const text::TextDocument> document) {
-    document_ = std::move(document);
-    notify(Aspect::Text);
-    change();
-}
-
-void ReportText::clear() {
-    setDocument(std::make_shared<text::TextDocument>());
-}
-
-std::span<const ScriptMember> ReportText::ownMembers() const {
-    static constexpr std::array members{
-        ScriptMember{"Text",
-            [](Control& c) {
-                const text::TextDocument& document = *static_cast<ReportText&>(c).document();
-                std::string whole;
-                for (std::size_t i = 0; i < document.lineCount(); ++i)
-                    whole.append(i ? "\r\n" : "").append(document.line(i));
-                return Value(whole);
-            },
-            [](Control& c, const Value& v) {
-                static_cast<ReportText&>(c).setDocument(
-                    std::make_shared<text::TextDocument>(text::TextDocument::fromBytes(v.toText())));
-            }},
-        ScriptMember{"Locked", readOf<ReportText, &ReportText::locked>,
-            writeOf<ReportText, &ReportText::locked, bool>},
     };
     return members;
 }

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "hostif/control.h"
-#include "text/text_document.h"
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -158,30 +156,6 @@ public:
 
 protected:
     std::span<const ScriptMember> ownMembers() const override;
-};
-
-// The text of a report, shown by the plain-text view.
-class ReportText : public Control {
-public:
-    ReportText(Form& form, std::string name);
-
-    Observed<bool> locked{*this, Aspect::Locked, true};
-    Observed<bool> wrapsLines{*this, Aspect::Font, false};
-    Event<> change; // another text, or an edit of it
-
-    // Never null.
-    const std::shared_ptr<const text::TextDocument>& document() const { return document_; }
-    void setDocument(std::shared_ptr<const text::TextDocument> document);
-    void clear();
-
-    // Keys that the form passes on to the view while another control has the focus; codes of namespace key.
-    Event<int> sentKey;
-
-protected:
-    std::span<const ScriptMember> ownMembers() const override;
-
-private:
-    std::shared_ptr<const text::TextDocument> document_;
 };
 
 // A row of tabs; which controls belong to a tab is the view's business.

@@ -1,9 +1,13 @@
 #pragma once
 
 #include "hostif/control.h"
+#include "text/byte_stream.h"
+#include "text/encoding.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace genutil {
@@ -58,6 +62,19 @@ public:
     virtual std::string text() = 0;
 };
 
+// A question whose answer is one line of text.
+struct TextPrompt {
+    std::string title;
+    std::string label; // with its access key: "&Line:"
+    std::string text;  // proposed, all of it selected
+};
+
+// Watches a file until it is destroyed.
+class FileWatch {
+public:
+    virtual ~FileWatch() = default;
+};
+
 // The user's desktop: everything that puts something on the screen or asks the user. Called on the
 // user-interface thread only.
 class Desktop {
@@ -89,6 +106,11 @@ public:
     // False when the user cancelled; the dialog is then as it was.
     virtual bool showOpen(Form& owner, FileDialog& dialog) = 0;
     virtual bool showSave(Form& owner, FileDialog& dialog) = 0;
+    // Nothing when the user cancelled.
+    virtual std::optional<std::string> askText(Form& owner, const TextPrompt& prompt) = 0;
+    // Calls `changed`, on the user-interface thread, some time after the file of this name was written to,
+    // replaced, removed or made; several changes in a row may be one call.
+    virtual std::unique_ptr<FileWatch> watchFile(const std::string& path, std::function<void()> changed) = 0;
     virtual Clipboard& clipboard() = 0;
 };
 
@@ -107,13 +129,40 @@ private:
     Pointer earlier_;
 };
 
-// Files, where the standard library alone does not serve.
+// Which state of a file a name stands for; equal stamps mean that nothing has been written in between.
+struct FileStamp {
+    std::uint64_t device = 0;
+    std::uint64_t file = 0;
+    std::uint64_t size = 0;   // bytes
+    std::int64_t written = 0; // nanoseconds since 1970
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+// Files and their character sets, where the standard library alone does not serve. Paths are UTF-8. Errors
+// are Error with a number of the product's and a description that names the file and the rule.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
     // Overwrites, truncates and removes a regular file. Refuses anything else, symbolic links included.
     // Throws Error with the reason; the file is then as much of its old self as the failed step left.
     virtual void wipeFile(const std::string& path) = 0;
+
+    // Opens a regular file, or a link to one, for reading. Never waits for a pipe or device: anything else is
+    // refused with FileNotFound, PathNotFound, PermissionDenied or PathAccess.
+    virtual std::unique_ptr<text::ByteSource> openFile(const std::string& path) = 0;
+
+    // Makes the bytes that `write` hands to its sink the contents of the file, which is made when there is
+    // none. Whatever fails, and wherever the process or the machine stops, the file holds all of its old
+    // bytes or all of its new ones. Keeps mode, owner and further names, and follows symbolic links. What
+    // `write` throws passes through, and the file stays as it was.
+    virtual void saveFile(
+        const std::string& path, const std::function<void(const text::ByteSink& sink)>& write) = 0;
+    // Makes `to` hold what `from` holds, with the same promises. Two names of the same file are left alone.
+    virtual void copyFile(const std::string& from, const std::string& to) = 0;
+
+    // Nothing when there is no such regular file.
+    virtual std::optional<FileStamp> stampOf(const std::string& path) = 0;
+    virtual const text::CodePages& codePages() = 0;
 };
 
 } // namespace genutil

@@ -149,8 +149,18 @@ int characterWidth(char32_t codePoint) {
     if (between(0x4E00, 0x9FFF) || between(0xAC00, 0xD7A3)) // Han ideographs; Hangul syllables
         return 2;
     if (contains(zeroWidthRanges, codePoint))
-        return 0;
+        return isInvisibleControl(codePoint) ? 1 : 0;
     return contains(wideRanges, codePoint) ? 2 : 1;
+}
+
+bool isInvisibleControl(char32_t codePoint) {
+    const auto between = [codePoint](char32_t first, char32_t last) {
+        return codePoint >= first && codePoint <= last;
+    };
+    if (codePoint < 0xA0)
+        return (codePoint < 0x20 && codePoint != U'\t') || codePoint >= 0x7F;
+    return codePoint == 0x061C || codePoint == 0x200B || between(0x200E, 0x200F) || between(0x202A, 0x202E) ||
+           codePoint == 0x2060 || between(0x2066, 0x2069) || codePoint == 0xFEFF;
 }
 
 std::size_t advanceColumns(std::string_view text, std::size_t& position, std::size_t column) {

@@ -8,9 +8,13 @@ namespace genutil::text {
 inline constexpr std::size_t tabStop = 8;
 
 // Columns that a character takes in a fixed-pitch text: 0 for combining marks and format characters, 2 for
-// East Asian wide and full-width characters and for emoji, 1 for all others. Control characters count 1: a
-// view shows a mark.
+// East Asian wide and full-width characters and for emoji, 1 for all others, invisible controls among them.
 int characterWidth(char32_t codePoint);
+
+// Whether nothing would be seen of the character although it is of consequence: control characters except the
+// tab, marks that change the direction of writing, spaces and joiners without width. A view shows a mark in
+// its place. The joiners that scripts need between letters, U+200C and U+200D, are none of these.
+bool isInvisibleControl(char32_t codePoint);
 
 // Columns of a line (UTF-8, without its line end): the sum of its characters' widths, a tab reaching to the
 // next multiple of tabStop, invalid bytes as the U+FFFD that stands for them. Characters are not joined into

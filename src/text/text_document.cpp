@@ -1,9 +1,15 @@
 #include "text/text_document.h"
 
-#include "text/file_bytes.h"
+#include "text/ascii.h"
+#include "text/character_width.h"
+#include "text/edit_history.h"
+#include "text/piece_table.h"
+#include "text/text_loading.h"
+#include "text/transcode.h"
 #include "text/utf8.h"
 
 #include <algorithm>
+#include <deque>
 #include <stdexcept>
 #include <utility>
 
@@ -11,63 +17,350 @@ namespace genutil::text {
 
 namespace {
 
-// Windows-1252 differs from Latin-1 in these 32 places.
-constexpr char32_t windows1252From80[] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D,
-    0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+// Handed to a sink at once.
+constexpr std::size_t writtenBlock = std::size_t{1024} * 1024;
 
-std::string fromWindows1252(std::string_view bytes) {
+// The text with every line end, of whatever kind, as `lineEnd`.
+std::string withLineEnds(std::string_view text, std::string_view lineEnd) {
     std::string out;
-    out.reserve(bytes.size() + bytes.size() / 8);
-    while (!bytes.empty()) {
-        const auto above =
-            std::ranges::find_if(bytes, [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
-        out.append(bytes.begin(), above);
-        bytes.remove_prefix(static_cast<std::size_t>(above - bytes.begin()));
-        if (bytes.empty())
-            break;
-        const auto value = static_cast<unsigned char>(bytes.front());
-        appendUtf8(out, value < 0xA0 ? windows1252From80[value - 0x80] : value);
-        bytes.remove_prefix(1);
+    out.reserve(text.size());
+    for (;;) {
+        const auto found = std::ranges::find_if(text, [](char c) { return c == '\n' || c == '\r'; });
+        const auto end = static_cast<std::size_t>(found - text.begin());
+        out += text.substr(0, end);
+        if (end == text.size())
+            return out;
+        out += lineEnd;
+        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
     }
-    return out;
+}
+
+std::string nameOf(char32_t character) {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    std::string hexadecimal;
+    for (int shift = 20; shift >= 0; shift -= 4)
+        if (shift < 16 || character >> shift != 0)
+            hexadecimal += digits[(character >> shift) & 0xF];
+    std::string name = "The character U+" + hexadecimal;
+    if (!isInvisibleControl(character)) {
+        name += " (";
+        appendUtf8(name, character);
+        name += ")";
+    }
+    return name;
 }
 
 } // namespace
 
-TextDocument::TextDocument(std::string bytes, std::size_t begin, Encoding encoding)
-    : bytes_(std::move(bytes)), lines_(scanLines(bytes_, begin)), encoding_(encoding) {}
+UnencodableCharacter::UnencodableCharacter(
+    TextPosition position, std::size_t column, char32_t character, const std::string& encoding)
+    : std::runtime_error(nameOf(character) + " in line " + std::to_string(position.line + 1) + ", column " +
+                         std::to_string(column + 1) + " cannot be written in the encoding " + encoding),
+      position_(position), character_(character) {}
 
-TextDocument TextDocument::read(const std::filesystem::path& path) {
-    return fromBytes(readFileBytes(path));
+struct TextDocument::State {
+    LoadedText loaded;
+    PieceTable table;
+    EditHistory history;
+    WidestLine widest;
+    Encoding encoding;
+
+    // Lines that span pieces, as they were asked for; the oldest goes first.
+    struct KeptLine {
+        std::size_t index;
+        std::string text;
+    };
+    mutable std::deque<KeptLine> kept;
+
+    explicit State(LoadedText text);
+
+    std::string_view line(std::size_t index) const;
+    TextPosition positionAt(std::uint64_t offset) const;
+    std::uint64_t offsetOf(TextPosition position) const;
+    std::uint64_t characterStart(std::uint64_t offset) const;
+    std::string prepared(std::string_view text, std::uint64_t begin, std::uint64_t end) const;
+    TextChange exchange(Edit& edit);
+    void noteWidths(const TextChange& change);
+    template<typename Take>
+    void eachBlock(Take take) const;
+    void requireEncodable(const CodePages& pages) const;
+    bool isAsRead() const { return history.isAtStart() && encoding == loaded.encoding; }
+};
+
+TextDocument::State::State(LoadedText text)
+    : loaded(std::move(text)), widest(loaded.widest), encoding(loaded.encoding) {
+    table.setOriginal(loaded.text(), loaded.begin, std::move(loaded.starts));
 }
 
-TextDocument TextDocument::fromBytes(std::string bytes) {
-    constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-    const std::string_view view = bytes;
-    if (view.starts_with("\xFF\xFE"))
-        return {fromUtf16Bytes(view.substr(2), ByteOrder::LittleEndian), 0, Encoding::Utf16LittleEndian};
-    if (view.starts_with("\xFE\xFF"))
-        return {fromUtf16Bytes(view.substr(2), ByteOrder::BigEndian), 0, Encoding::Utf16BigEndian};
-    if (view.starts_with(utf8Mark))
-        return {std::move(bytes), utf8Mark.size(), Encoding::Utf8WithMark};
-    if (isValidUtf8(view))
-        return {std::move(bytes), 0, Encoding::Utf8};
-    return {fromWindows1252(view), 0, Encoding::Windows1252};
+TextDocument::TextDocument() : state_(std::make_unique<State>(LoadedText{})) {}
+TextDocument::TextDocument(std::unique_ptr<State> state) : state_(std::move(state)) {}
+TextDocument::~TextDocument() = default;
+TextDocument::TextDocument(TextDocument&&) noexcept = default;
+TextDocument& TextDocument::operator=(TextDocument&&) noexcept = default;
+
+TextDocument TextDocument::load(
+    ByteSource& source, const CodePages& pages, const std::optional<std::string>& wantedEncoding) {
+    TextLoading loading(source.expectedSize(), pages, wantedEncoding);
+    loading.readAll(source);
+    return TextDocument(std::make_unique<State>(loading.finish()));
 }
 
-std::string_view TextDocument::line(std::size_t index) const {
-    if (index >= lineCount())
+TextDocument TextDocument::fromBytes(
+    std::string bytes, const CodePages& pages, const std::optional<std::string>& wantedEncoding) {
+    TextLoading loading(bytes.size(), pages, wantedEncoding);
+    loading.append(bytes);
+    return TextDocument(std::make_unique<State>(loading.finish()));
+}
+
+TextDocument TextDocument::reinterpreted(const std::string& encodingName, const CodePages& pages) const {
+    const std::optional<std::string> wanted = encodingName;
+    TextLoading loading(size(), pages, wanted);
+    write([&](std::string_view bytes) { loading.append(bytes); }, pages);
+    return TextDocument(std::make_unique<State>(loading.finish()));
+}
+
+// -- Lines and places
+// ------------------------------------------------------------------------------------------------
+
+std::string_view TextDocument::State::line(std::size_t index) const {
+    if (index >= table.lineCount())
         throw std::out_of_range("line " + std::to_string(index) + " of a text with " +
-                                std::to_string(lineCount()) + " lines (lines are counted from 0)");
-    const std::size_t start = lines_.starts[index];
-    const std::size_t end = index + 1 < lineCount() ? lines_.starts[index + 1] : bytes_.size();
-    std::string_view text(bytes_.data() + start, end - start);
-    if (text.ends_with('\n'))
-        text.remove_suffix(1);
-    if (text.ends_with('\r'))
-        text.remove_suffix(1);
-    return text;
+                                std::to_string(table.lineCount()) + " lines (lines are counted from 0)");
+    const std::uint64_t begin = table.lineStart(index);
+    const std::uint64_t end = table.lineEnd(index);
+    const std::string_view whole = table.stretch(begin, end);
+    if (whole.size() == end - begin)
+        return whole;
+
+    for (const KeptLine& line : kept)
+        if (line.index == index)
+            return line.text;
+    if (kept.size() == keptLines)
+        kept.pop_front();
+    return kept.emplace_back(KeptLine{index, table.copy(begin, end)}).text;
+}
+
+TextDocument::Stretch TextDocument::stretchAt(std::size_t line) const {
+    const PieceTable& table = state_->table;
+    const std::string_view alone = this->line(line);
+    const auto [first, last] = table.wholeLinesAround(line);
+    if (first == last)
+        return {table.lineStart(line), line, 1, alone};
+    const std::uint64_t begin = table.lineStart(first);
+    const std::uint64_t end = last == lineCount() ? table.size() : table.lineStart(last);
+    return {begin, first, last - first, table.stretch(begin, end)};
+}
+
+TextPosition TextDocument::State::positionAt(std::uint64_t offset) const {
+    offset = std::min(offset, table.size());
+    const std::size_t line = table.lineAt(offset);
+    return {line, std::min(offset, table.lineEnd(line)) - table.lineStart(line)};
+}
+
+std::uint64_t TextDocument::State::offsetOf(TextPosition position) const {
+    if (position.line >= table.lineCount())
+        return table.size();
+    const std::uint64_t begin = table.lineStart(position.line);
+    return begin + std::min<std::uint64_t>(position.byte, table.lineEnd(position.line) - begin);
+}
+
+// The offset, or the start of the character that it is inside of.
+std::uint64_t TextDocument::State::characterStart(std::uint64_t offset) const {
+    constexpr std::uint64_t longest = 4;
+    const std::uint64_t begin = offset - std::min(offset, longest - 1);
+    const std::string around = table.copy(begin, std::min(offset + longest - 1, table.size()));
+    for (std::uint64_t start = offset; start-- > begin;)
+        if (!isContinuation(around[start - begin]))
+            return start + decodeUtf8(around, start - begin).length > offset ? start : offset;
+    return offset;
+}
+
+std::size_t TextDocument::lineCount() const {
+    return state_->table.lineCount();
+}
+std::string_view TextDocument::line(std::size_t index) const {
+    return state_->line(index);
+}
+WidestLine TextDocument::widestLine() const {
+    return state_->widest;
+}
+TextPosition TextDocument::end() const {
+    return state_->positionAt(state_->table.size());
+}
+std::uint64_t TextDocument::size() const {
+    return state_->table.size();
+}
+std::uint64_t TextDocument::offsetOf(TextPosition position) const {
+    return state_->offsetOf(position);
+}
+TextPosition TextDocument::positionAt(std::uint64_t offset) const {
+    return state_->positionAt(offset);
+}
+std::string_view TextDocument::lineEnd() const {
+    return state_->loaded.lineEnd;
+}
+
+std::string TextDocument::text(const TextRange& range) const {
+    return state_->table.copy(offsetOf(range.from), offsetOf(range.to));
+}
+
+std::string TextDocument::text(const TextRange& range, std::string_view lineEnd) const {
+    return withLineEnds(text(range), lineEnd);
+}
+
+// -- Edits
+// -----------------------------------------------------------------------------------------------------------
+
+// The text to be put in the place of the bytes, with line ends that stay what they are between their
+// neighbours: a lone CR and a lone LF that come together would be one line end.
+std::string TextDocument::State::prepared(
+    std::string_view text, std::uint64_t begin, std::uint64_t end) const {
+    std::string prepared = withLineEnds(text, loaded.lineEnd);
+    if (prepared.starts_with('\n') && begin > 0 && table.byteAt(begin - 1) == '\r')
+        prepared.insert(0, 1, '\r');
+    if (prepared.ends_with('\r') && end < table.size() && table.byteAt(end) == '\n')
+        prepared.push_back('\n');
+    return prepared;
+}
+
+// Takes the step: afterwards the edit is the way back. The widest line is the caller's business.
+TextChange TextDocument::State::exchange(Edit& edit) {
+    TextChange change{positionAt(edit.offset), positionAt(edit.offset + edit.length), {}};
+    const std::uint64_t newLength = PieceTable::lengthOf(edit.other);
+    edit.other = table.splice(edit.offset, edit.length, edit.other);
+    edit.length = newLength;
+    kept.clear();
+    // A CR and an LF that have come together, or have been parted, move the place to the line before.
+    change.from = std::min(change.from, positionAt(edit.offset));
+    change.newEnd = positionAt(edit.offset + edit.length);
+    return change;
+}
+
+void TextDocument::State::noteWidths(const TextChange& change) {
+    if (widest.index > change.oldEnd.line)
+        widest.index = widest.index - change.oldEnd.line + change.newEnd.line;
+    else
+        widest.index = std::min(widest.index, change.newEnd.line);
+    for (std::size_t i = change.from.line; i <= change.newEnd.line; ++i) {
+        const std::string_view text = line(i);
+        if (!mayTakeMoreColumns(text, widest.columns))
+            continue;
+        if (const std::size_t columns = columnsOf(text); columns > widest.columns)
+            widest = {i, columns};
+    }
+}
+
+TextChange TextDocument::replace(const TextRange& range, std::string_view text, Joining joining) {
+    const std::uint64_t begin = state_->characterStart(offsetOf(range.from));
+    const std::uint64_t end = std::max(begin, state_->characterStart(offsetOf(range.to)));
+    const std::string prepared = state_->prepared(text, begin, end);
+    if (begin == end && prepared.empty()) {
+        const TextPosition place = state_->positionAt(begin);
+        return {place, place, place};
+    }
+    Edit edit{begin, end - begin, {}, state_->widest};
+    if (!prepared.empty())
+        edit.other.push_back(state_->table.add(prepared));
+    const TextChange change = state_->exchange(edit);
+    state_->noteWidths(change);
+
+    if (prepared.find_first_of("\r\n") != std::string::npos)
+        endUndoStep();
+    state_->history.note(std::move(edit), joining == Joining::WithPrevious);
+    return change;
+}
+
+std::optional<TextChange> TextDocument::undo() {
+    Edit* edit = state_->history.undo();
+    if (edit == nullptr)
+        return std::nullopt;
+    std::swap(edit->otherWidest, state_->widest);
+    return state_->exchange(*edit);
+}
+
+std::optional<TextChange> TextDocument::redo() {
+    Edit* edit = state_->history.redo();
+    if (edit == nullptr)
+        return std::nullopt;
+    std::swap(edit->otherWidest, state_->widest);
+    return state_->exchange(*edit);
+}
+
+bool TextDocument::canUndo() const {
+    return state_->history.canUndo();
+}
+bool TextDocument::canRedo() const {
+    return state_->history.canRedo();
+}
+void TextDocument::endUndoStep() {
+    state_->history.endStep();
+}
+bool TextDocument::isEdited() const {
+    return !state_->history.isSaved();
+}
+void TextDocument::markSaved() {
+    state_->history.markSaved();
+}
+
+// -- Bytes
+// -----------------------------------------------------------------------------------------------------------
+
+const Encoding& TextDocument::encoding() const {
+    return state_->encoding;
+}
+void TextDocument::setEncoding(Encoding encoding) {
+    state_->encoding = std::move(encoding);
+}
+bool TextDocument::isExact() const {
+    return state_->loaded.exact;
+}
+
+// Calls take(offset, block) for all of the text; no block ends inside a character.
+template<typename Take>
+void TextDocument::State::eachBlock(Take take) const {
+    const std::uint64_t size = table.size();
+    for (std::uint64_t offset = 0; offset < size;) {
+        std::string_view block = table.stretch(offset, std::min(size, offset + writtenBlock));
+        if (const std::uint64_t end = characterStart(offset + block.size()); end > offset)
+            block = block.substr(0, end - offset);
+        take(offset, block);
+        offset += block.size();
+    }
+}
+
+void TextDocument::State::requireEncodable(const CodePages& pages) const {
+    eachBlock([&](std::uint64_t offset, std::string_view block) {
+        const auto encoded = encodeText(encoding.name, block, pages);
+        if (!encoded.refusedAt)
+            return;
+        const TextPosition position = positionAt(offset + *encoded.refusedAt);
+        const std::string_view text = line(position.line);
+        std::size_t column = 0;
+        for (std::size_t at = 0; at < position.byte; at += decodeUtf8(text, at).length)
+            ++column;
+        throw UnencodableCharacter(
+            position, column, decodeUtf8(text, position.byte).codePoint, encoding.name);
+    });
+}
+
+void TextDocument::write(const ByteSink& sink, const CodePages& pages) const {
+    const State& state = *state_;
+    if (state.isAsRead() && !state.loaded.exact)
+        return sink(state.loaded.bytes.view());
+
+    const bool utf8 = equalsIgnoringCase(state.encoding.name, encodings::utf8);
+    if (!utf8)
+        state.requireEncodable(pages);
+    if (state.encoding.mark)
+        sink(byteOrderMark(state.encoding.name));
+    state.eachBlock([&](std::uint64_t, std::string_view block) {
+        if (utf8)
+            sink(block);
+        else
+            sink(encodeText(state.encoding.name, block, pages).bytes);
+    });
+    if (!state.loaded.tail.empty() && state.encoding == state.loaded.encoding)
+        sink(state.loaded.tail);
 }
 
 } // namespace genutil::text

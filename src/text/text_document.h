@@ -1,54 +1,134 @@
 #pragma once
 
+#include "text/byte_stream.h"
+#include "text/encoding.h"
 #include "text/line_index.h"
+#include "text/text_position.h"
 
 #include <cstddef>
-#include <filesystem>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace genutil::text {
 
-// How the bytes were written before they became UTF-8 in memory.
-enum class Encoding { Utf8, Utf8WithMark, Utf16LittleEndian, Utf16BigEndian, Windows1252 };
+// A character that the encoding of a text cannot hold.
+class UnencodableCharacter : public std::runtime_error {
+public:
+    // `column` is the number of characters before it in its line.
+    UnencodableCharacter(
+        TextPosition position, std::size_t column, char32_t character, const std::string& encoding);
+    TextPosition position() const { return position_; }
+    char32_t character() const { return character_; }
 
-// The text of a report, held in memory as UTF-8 with an index of its lines.
-//
-// A byte-order mark tells UTF-16 and UTF-8 and is no part of the text; without one, bytes that are strictly
-// valid UTF-8 are UTF-8 and all others Windows-1252 (its five unused bytes become the control characters of
-// the same value). A damaged UTF-16 unit, or damaged UTF-8 behind a UTF-8 mark, shows as U+FFFD.
+private:
+    TextPosition position_;
+    char32_t character_;
+};
+
+// The text of a report: held in memory as UTF-8, with an index of its lines, edited through a piece table, so
+// that an edit costs the same in a text of any size. LF, CR LF and a lone CR end a line, and every line keeps
+// its own.
 class TextDocument {
 public:
     // An empty text.
-    TextDocument() : TextDocument(std::string(), 0, Encoding::Utf8) {}
+    TextDocument();
+    ~TextDocument();
+    TextDocument(TextDocument&&) noexcept;
+    TextDocument& operator=(TextDocument&&) noexcept;
 
-    // Reads the whole file once. Only a regular file (or a link to one) is opened, so a pipe or device cannot
-    // block. Throws std::system_error whose what() names the path and the rule; its code compares equal to
-    // std::errc::no_such_file_or_directory, is_a_directory, operation_not_supported (pipe, socket, device),
-    // permission_denied, file_too_large, not_enough_memory, or the error that opening or reading met.
-    static TextDocument read(const std::filesystem::path& path);
-
-    static TextDocument fromBytes(std::string bytes);
+    // Reads the source to its end, once. Without a wanted encoding a byte-order mark tells it; then zero
+    // bytes in nearly every other place, UTF-16; then strict UTF-8; then what `pages` guesses, if the bytes
+    // bear it out; then its system code page; and windows-1252 for what is no text in that. With one, the
+    // bytes are taken as that, come what may; what is no character in it shows as U+FFFD. Damage in a marked
+    // or wanted UTF-8 stays as it is, and so do surrogates of UTF-16 without partner, in three bytes each.
+    // Throws what reading met; std::invalid_argument for an encoding that is not known; std::bad_alloc.
+    static TextDocument load(ByteSource& source, const CodePages& pages = basicCodePages(),
+        const std::optional<std::string>& wantedEncoding = std::nullopt);
+    static TextDocument fromBytes(std::string bytes, const CodePages& pages = basicCodePages(),
+        const std::optional<std::string>& wantedEncoding = std::nullopt);
 
     // One more than there are line ends: an empty text has one (empty) line, and a text that ends in a line
     // end has an empty last line.
-    std::size_t lineCount() const { return lines_.starts.size(); }
+    std::size_t lineCount() const;
 
-    // A line in UTF-8 without its line end (LF, CR LF or lone CR). Valid until the document is changed, moved
-    // or destroyed. Throws std::out_of_range when index is not below lineCount().
+    // A line in UTF-8 without its line end. Valid until the document is changed or destroyed, or until a few
+    // more edited lines have been asked for (keptLines). Throws std::out_of_range when index is not below
+    // lineCount().
     std::string_view line(std::size_t index) const;
+    static constexpr std::size_t keptLines = 64;
 
-    // Columns as columnsOf() counts them; the first of equally wide lines.
-    WidestLine widestLine() const { return lines_.widest; }
+    // Whole lines that lie together in memory, with the line ends between them.
+    struct Stretch {
+        std::uint64_t offset = 0; // of its first byte in the text
+        std::size_t firstLine = 0;
+        std::size_t lines = 0;
+        std::string_view text;
+    };
+    // The longest one that the line is part of: all of a text that was not edited. Valid as line()'s.
+    Stretch stretchAt(std::size_t line) const;
 
-    Encoding encoding() const { return encoding_; }
+    // Columns as columnsOf() counts them; the first of equally wide lines. Once the widest line has been made
+    // narrower, what is given is still a width that no line exceeds.
+    WidestLine widestLine() const;
+
+    // The place behind the last character.
+    TextPosition end() const;
+    // Bytes of the text in UTF-8, line ends included, byte-order mark excluded.
+    std::uint64_t size() const;
+    // Bytes of the text before the place, line ends included, and back. A place past its line's end counts as
+    // the line's end, an offset past the text as its end.
+    std::uint64_t offsetOf(TextPosition position) const;
+    TextPosition positionAt(std::uint64_t offset) const;
+    // What lies in the range, line ends as they are or all as `lineEnd`.
+    std::string text(const TextRange& range) const;
+    std::string text(const TextRange& range, std::string_view lineEnd) const;
+
+    // The line end that new lines get: the commonest of the text as read, "\n" where it has none.
+    std::string_view lineEnd() const;
+
+    // Whether an edit may continue the one before, so that both are undone together. One does that inserts
+    // where the last one's insertion ended, or that only deletes, forward or backward from where the last one
+    // only deleted; a line end that is inserted begins a step.
+    enum class Joining { Alone, WithPrevious };
+
+    // Puts `text` (UTF-8; any line ends, which become lineEnd()) in the place of the range. Places past a
+    // line's end count as the line's end; a place inside a character counts as that character's start.
+    TextChange replace(const TextRange& range, std::string_view text, Joining joining = Joining::Alone);
+    // Nothing when there is no edit to undo or to redo.
+    std::optional<TextChange> undo();
+    std::optional<TextChange> redo();
+    bool canUndo() const;
+    bool canRedo() const;
+    // The next edit joins none before it.
+    void endUndoStep();
+
+    // Whether the text differs from what was read or last saved. Undoing back to that counts as no
+    // difference.
+    bool isEdited() const;
+    void markSaved();
+
+    const Encoding& encoding() const;
+    void setEncoding(Encoding encoding);
+    // Whether writing gives back every byte that was read. False when a double-byte file holds sequences that
+    // its encoding does not or not uniquely define.
+    bool isExact() const;
+    // The bytes that writing would give, read in another encoding: a new document without edits to undo.
+    // Throws as write() and load().
+    TextDocument reinterpreted(const std::string& encodingName, const CodePages& pages) const;
+
+    // Hands the text to `sink` in its encoding, byte-order mark first. A text that has not been edited is
+    // written as the bytes it was read from. Throws UnencodableCharacter before anything is handed over, and
+    // what the sink throws.
+    void write(const ByteSink& sink, const CodePages& pages = basicCodePages()) const;
 
 private:
-    TextDocument(std::string bytes, std::size_t begin, Encoding encoding);
-
-    std::string bytes_; // UTF-8, with the mark of the file still in front of the first line
-    LineScan lines_;
-    Encoding encoding_;
+    struct State;
+    explicit TextDocument(std::unique_ptr<State> state);
+    std::unique_ptr<State> state_;
 };
 
 } // namespace genutil::text

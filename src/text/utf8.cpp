@@ -7,8 +7,8 @@ namespace genutil::text {
 
 namespace {
 
-// What may follow a lead byte. The bounds of the first continuation byte keep out overlong forms, surrogates
-// and values above U+10FFFF; all later continuation bytes are 80..BF.
+// What may follow a lead byte. The bounds of the first continuation byte keep out overlong forms and values
+// above U+10FFFF; all later continuation bytes are 80..BF.
 struct Sequence {
     std::size_t following; // 0: not a lead byte
     unsigned char low;
@@ -21,8 +21,7 @@ Sequence sequenceOf(unsigned char lead) {
     if (lead < 0xE0)
         return {1, 0x80, 0xBF};
     if (lead < 0xF0)
-        return {2, static_cast<unsigned char>(lead == 0xE0 ? 0xA0 : 0x80),
-            static_cast<unsigned char>(lead == 0xED ? 0x9F : 0xBF)};
+        return {2, static_cast<unsigned char>(lead == 0xE0 ? 0xA0 : 0x80), 0xBF};
     return {3, static_cast<unsigned char>(lead == 0xF0 ? 0x90 : 0x80),
         static_cast<unsigned char>(lead == 0xF4 ? 0x8F : 0xBF)};
 }
@@ -33,18 +32,29 @@ bool isHighSurrogate(char32_t unit) {
 bool isLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
+bool isSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDFFF;
+}
 
-template<typename UnitAt>
-std::string encodeUnits(std::size_t count, UnitAt unitAt) {
-    std::string out;
-    out.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        char32_t unit = unitAt(i);
-        if (isHighSurrogate(unit) && i + 1 < count && isLowSurrogate(unitAt(i + 1)))
-            unit = 0x10000 + ((unit - 0xD800) << 10) + (unitAt(++i) - 0xDC00);
-        appendUtf8(out, unit);
+// Appends any value below 0x110000 in the byte form of a character.
+void appendForm(std::string& out, char32_t codePoint) {
+    const auto push = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
+    const auto pushContinuation = [&](int shift) { push(0x80 | ((codePoint >> shift) & 0x3F)); };
+    if (codePoint < 0x80) {
+        push(codePoint);
+    } else if (codePoint < 0x800) {
+        push(0xC0 | (codePoint >> 6));
+        pushContinuation(0);
+    } else if (codePoint < 0x10000) {
+        push(0xE0 | (codePoint >> 12));
+        pushContinuation(6);
+        pushContinuation(0);
+    } else {
+        push(0xF0 | (codePoint >> 18));
+        pushContinuation(12);
+        pushContinuation(6);
+        pushContinuation(0);
     }
-    return out;
 }
 
 } // namespace
@@ -71,60 +81,95 @@ DecodedCharacter decodeUtf8(std::string_view bytes, std::size_t offset) {
         sequence.low = 0x80;
         sequence.high = 0xBF;
     }
+    if (isSurrogate(codePoint))
+        return {replacementCharacter, 3, false};
     return {codePoint, sequence.following + 1, true};
 }
 
 void appendUtf8(std::string& out, char32_t codePoint) {
-    if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
-        codePoint = replacementCharacter;
-    const auto push = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-    const auto pushContinuation = [&](int shift) { push(0x80 | ((codePoint >> shift) & 0x3F)); };
-    if (codePoint < 0x80) {
-        push(codePoint);
-    } else if (codePoint < 0x800) {
-        push(0xC0 | (codePoint >> 6));
-        pushContinuation(0);
-    } else if (codePoint < 0x10000) {
-        push(0xE0 | (codePoint >> 12));
-        pushContinuation(6);
-        pushContinuation(0);
-    } else {
-        push(0xF0 | (codePoint >> 18));
-        pushContinuation(12);
-        pushContinuation(6);
-        pushContinuation(0);
+    appendForm(out, codePoint > 0x10FFFF || isSurrogate(codePoint) ? replacementCharacter : codePoint);
+}
+
+char16_t surrogateAt(std::string_view bytes, std::size_t offset) {
+    if (bytes.size() < offset + 3)
+        return 0;
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[offset + i]); };
+    if (byteAt(0) != 0xED || byteAt(1) < 0xA0 || byteAt(1) > 0xBF || !isContinuation(bytes[offset + 2]))
+        return 0;
+    return static_cast<char16_t>(0xD000 | ((byteAt(1) & 0x3F) << 6) | (byteAt(2) & 0x3F));
+}
+
+std::size_t asciiPrefix(std::string_view bytes) {
+    constexpr std::uint64_t highBits = 0x8080808080808080;
+    std::size_t position = 0;
+    for (std::uint64_t word = 0; bytes.size() - position >= sizeof word; position += sizeof word) {
+        std::memcpy(&word, bytes.data() + position, sizeof word);
+        if ((word & highBits) != 0)
+            break;
     }
+    while (position < bytes.size() && static_cast<unsigned char>(bytes[position]) < 0x80)
+        ++position;
+    return position;
 }
 
 bool isValidUtf8(std::string_view bytes) {
-    constexpr std::uint64_t highBits = 0x8080808080808080;
+    return validUtf8Prefix(bytes) == bytes.size();
+}
+
+std::size_t validUtf8Prefix(std::string_view bytes) {
     std::size_t position = 0;
-    while (position < bytes.size()) {
-        std::uint64_t word = 0;
-        if (bytes.size() - position >= sizeof word) {
-            std::memcpy(&word, bytes.data() + position, sizeof word);
-            if ((word & highBits) == 0) {
-                position += sizeof word;
-                continue;
-            }
-        }
+    for (;;) {
+        position += asciiPrefix(bytes.substr(position));
+        // Latin, Greek and Cyrillic letters, which stand in rows, are passed over quickly.
+        while (bytes.size() - position >= 2 && bytes[position] >= '\xC2' && bytes[position] <= '\xDF' &&
+               isContinuation(bytes[position + 1]))
+            position += 2;
         const DecodedCharacter character = decodeUtf8(bytes, position);
         if (!character.valid)
-            return false;
+            return position;
         position += character.length;
     }
-    return true;
+}
+
+bool beginsUtf8(std::string_view bytes) {
+    if (bytes.empty())
+        return true;
+    const auto lead = static_cast<unsigned char>(bytes[0]);
+    return bytes.size() <= sequenceOf(lead).following && decodeUtf8(bytes, 0).length == bytes.size() &&
+           !(lead == 0xED && bytes.size() > 1 && static_cast<unsigned char>(bytes[1]) >= 0xA0);
 }
 
 std::string fromUtf16Bytes(std::string_view bytes, ByteOrder order) {
     const std::size_t low = order == ByteOrder::LittleEndian ? 0 : 1;
-    std::string out = encodeUnits(bytes.size() / 2, [&](std::size_t i) {
+    const std::size_t count = bytes.size() / 2;
+    const auto unitAt = [&](std::size_t i) {
         const auto byteAt = [&](std::size_t at) -> char32_t { return static_cast<unsigned char>(bytes[at]); };
         return byteAt(2 * i + low) | (byteAt(2 * i + 1 - low) << 8);
-    });
-    if (bytes.size() % 2 != 0)
-        appendUtf8(out, replacementCharacter);
+    };
+    std::string out;
+    out.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        char32_t unit = unitAt(i);
+        if (isHighSurrogate(unit) && i + 1 < count && isLowSurrogate(unitAt(i + 1)))
+            unit = 0x10000 + ((unit - 0xD800) << 10) + (unitAt(++i) - 0xDC00);
+        appendForm(out, unit);
+    }
     return out;
+}
+
+void appendUtf16Bytes(std::string& out, char32_t codePoint, ByteOrder order) {
+    const auto push = [&](char32_t unit) {
+        const char low = static_cast<char>(unit & 0xFF);
+        const char high = static_cast<char>(unit >> 8);
+        out.push_back(order == ByteOrder::LittleEndian ? low : high);
+        out.push_back(order == ByteOrder::LittleEndian ? high : low);
+    };
+    if (codePoint >= 0x10000) {
+        push(0xD800 + ((codePoint - 0x10000) >> 10));
+        push(0xDC00 + ((codePoint - 0x10000) & 0x3FF));
+    } else {
+        push(codePoint);
+    }
 }
 
 } // namespace genutil::text

@@ -5,6 +5,7 @@
 #include "hostif/services.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -46,6 +47,7 @@ struct HostState {
     std::set<std::string> missing; // classes that cannot be created
     std::map<std::string, std::string> settings;
     bool skipNextReport = false;
+    std::function<void()> whileRunning; // what goes on while RunAndWait waits
     std::int16_t charSet = 0;
 
     void call(const std::string& operation, const std::string& arguments = {}) {
@@ -140,6 +142,8 @@ struct FakeFileProcedures : FileProcedures {
     explicit FakeFileProcedures(HostState& state) : host(state) {}
     std::int32_t RunAndWait(const std::string& command) override {
         host.call("RunAndWait", command);
+        if (host.whileRunning)
+            host.whileRunning();
         return 0;
     }
     double FileDate(const std::string&, std::int16_t, bool, std::int16_t) override { return 0; }
@@ -216,11 +220,6 @@ private:
     std::unique_ptr<Service> absent(const std::string& className) {
         throw Error(errors::CannotCreateObject, "The class '" + className + "' cannot be created");
     }
-};
-
-struct FakeFiles : FileSystem {
-    std::vector<std::string> wiped;
-    void wipeFile(const std::string& path) override { wiped.push_back(path); }
 };
 
 inline std::shared_ptr<FakeRecord> programObject() {

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,10 +28,13 @@ public:
     std::deque<std::function<void(Form&)>> acts;
     std::deque<Answer> answers;          // without one left, the default answer
     std::deque<std::string> chosenFiles; // "" cancels; without one left, every file dialog is cancelled
+    std::deque<std::string> typed;       // answers to text prompts; "" cancels, as does an empty queue
     std::function<void()> onEvents;      // runs within doEvents
 
     std::vector<Message> messages;
     std::vector<FileDialog> dialogs;
+    std::vector<TextPrompt> prompts;
+    std::map<std::string, std::function<void()>> watched; // by path, while a watch exists
     std::vector<std::shared_ptr<Form>> openForms; // shown and not closed, the front one last
     int eventRounds = 0;
     int repaints = 0;
@@ -90,6 +95,25 @@ public:
     }
     bool showOpen(Form&, FileDialog& dialog) override { return choose(dialog); }
     bool showSave(Form&, FileDialog& dialog) override { return choose(dialog); }
+    std::optional<std::string> askText(Form&, const TextPrompt& prompt) override {
+        prompts.push_back(prompt);
+        if (typed.empty())
+            return std::nullopt;
+        const std::string text = std::move(typed.front());
+        typed.pop_front();
+        return text.empty() ? std::nullopt : std::optional(text);
+    }
+    std::unique_ptr<FileWatch> watchFile(const std::string& path, std::function<void()> changed) override {
+        struct Watch : FileWatch {
+            std::map<std::string, std::function<void()>>& all;
+            std::string path;
+            Watch(std::map<std::string, std::function<void()>>& list, std::string name)
+                : all(list), path(std::move(name)) {}
+            ~Watch() override { all.erase(path); }
+        };
+        watched[path] = std::move(changed);
+        return std::make_unique<Watch>(watched, path);
+    }
     Clipboard& clipboard() override { return clipboard_; }
 
 private:

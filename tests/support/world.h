@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/component.h"
+#include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/scripted_desktop.h"
 

@@ -3,7 +3,7 @@
 #include "platform/qt/burst_gate.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/gauge_bar.h"
-#include "platform/qt/text_view.h"
+#include "platform/qt/report_view.h"
 #include "platform/qt/tie.h"
 #include "platform/qt/twip_scale.h"
 
@@ -157,7 +157,7 @@ void bind(QAction* view, MenuItem& model) {
     };
     view->setObjectName(toQt(model.name()));
     if (!model.shortcut().empty())
-        view->setShortcut(QKeySequence::fromString(toQt(model.shortcut()), QKeySequence::PortableText));
+        view->setShortcuts(QKeySequence::listFromString(toQt(model.shortcut()), QKeySequence::PortableText));
     auto* tie = new Tie(view, model, apply);
     apply(Aspect::Caption);
     QObject::connect(view, &QAction::triggered, tie, [view, &model, apply] {
@@ -262,14 +262,10 @@ void bind(GaugeBar* view, FloodGauge& model) {
     });
 }
 
-void bind(TextView* view, ReportText& model) {
-    auto* tie = tieWidget(view, model, [view, &model](Aspect aspect) {
-        if (aspect == Aspect::Text)
-            view->setDocument(model.document());
-        else if (aspect == Aspect::Font)
-            view->setWrapsLines(model.wrapsLines);
-    });
-    tie->keep(model.sentKey.connectScoped([view](int code) { view->followKey(code, false); }));
+void bind(ReportView* view, ReportText& model) {
+    auto* tie = tieWidget(view, model, [](Aspect) {});
+    view->setModel(&model);
+    QObject::connect(tie, &QObject::destroyed, view, [view] { view->setModel(nullptr); });
 }
 
 void place(QWidget* view, Control& model) {

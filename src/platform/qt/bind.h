@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostif/controls.h"
+#include "hostif/report_text.h"
 
 class QAction;
 class QCheckBox;
@@ -16,7 +17,7 @@ class QWidget;
 namespace genutil {
 
 class GaugeBar;
-class TextView;
+class ReportView;
 
 // bind(view, model): the view shows the model's state from now on and reports the user's acts to it. The
 // view's object name becomes the control's name. A bound view must be a child of the form's window.
@@ -30,7 +31,7 @@ void bind(QRadioButton* view, OptionButton& model);
 void bind(QComboBox* view, ComboBox& model);
 void bind(QTabWidget* view, Tabs& model); // pages that are missing are added empty
 void bind(GaugeBar* view, FloodGauge& model);
-void bind(TextView* view, ReportText& model);
+void bind(ReportView* view, ReportText& model);
 
 // Keeps the view where the control's own place and size are. A height of 0 is the view's natural one.
 void place(QWidget* view, Control& model);

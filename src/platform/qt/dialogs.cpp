@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 
 #include <algorithm>
@@ -129,6 +130,17 @@ bool showFileDialog(QWidget* owner, FileDialog& dialog, FileDialogKind kind) {
     if (filter != filters.end())
         dialog.filterIndex = int(filter - filters.begin()) + 1;
     return true;
+}
+
+std::optional<std::string> showTextPrompt(QWidget* owner, const TextPrompt& prompt) {
+    QInputDialog box(owner ? owner : QApplication::activeWindow());
+    box.setObjectName(QStringLiteral("prompt"));
+    box.setWindowTitle(QString::fromStdString(prompt.title));
+    box.setLabelText(QString::fromStdString(prompt.label));
+    box.setTextValue(QString::fromStdString(prompt.text));
+    if (box.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return box.textValue().toStdString();
 }
 
 } // namespace genutil

@@ -1,6 +1,7 @@
+#include "platform/qt/character_steps.h"
+#include "platform/qt/control_mark.h"
 #include "platform/qt/line_ruler.h"
 #include "platform/qt/row_layout.h"
-#include "text/character_width.h"
 #include "text/utf8.h"
 
 #include <QPainter>
@@ -11,21 +12,89 @@
 namespace genutil {
 namespace {
 
-// Control characters are no text; where they stand is shown.
-constexpr char32_t controlMark = U'\u00B7';
+constexpr std::size_t measuredSize = 4096; // bytes: longer lines are not measured just for the bar's sake
+constexpr std::size_t runSize = 1024;      // bytes of a complex script that are shaped together at most
+constexpr std::size_t paintedSize = 65536; // bytes: a row of nothing but combining marks has no width
+constexpr std::size_t paintedMarks = 32;   // code points of one character
+
+// Scripts whose letters join, stack or change places, so that only a whole run of them looks right.
+bool isComplex(char32_t character) {
+    if (character < 0x0590)
+        return false;
+    switch (QChar::script(character)) {
+    case QChar::Script_Unknown:
+    case QChar::Script_Inherited:
+    case QChar::Script_Common:
+    case QChar::Script_Latin:
+    case QChar::Script_Greek:
+    case QChar::Script_Cyrillic:
+    case QChar::Script_Armenian:
+    case QChar::Script_Georgian:
+    case QChar::Script_Ethiopic:
+    case QChar::Script_Cherokee:
+    case QChar::Script_Hangul:
+    case QChar::Script_Han:
+    case QChar::Script_Hiragana:
+    case QChar::Script_Katakana:
+    case QChar::Script_Bopomofo:
+    case QChar::Script_Yi:
+        return false;
+    default:
+        return true;
+    }
+}
+
+// Whether the character belongs to a run of a complex script without beginning one.
+bool extendsRun(char32_t character) {
+    return character == 0x200C || character == 0x200D || QChar::isMark(character);
+}
+
+// A run of a complex script holds the single blanks between its words.
+std::size_t runEnd(std::string_view line, std::size_t begin) {
+    const std::size_t limit = std::min(line.size(), begin + runSize);
+    std::size_t end = begin;
+    for (std::size_t at = begin; at < limit;) {
+        const auto character = text::decodeUtf8(line, at);
+        const bool blank = character.codePoint == ' ' && at == end;
+        if (!blank && !isComplex(character.codePoint) && !extendsRun(character.codePoint))
+            break;
+        if (!blank && at != end && !isComplex(character.codePoint))
+            break; // a mark on the blank
+        at += character.length;
+        if (!blank)
+            end = at;
+    }
+    return end;
+}
+
+// The start of the run that may reach over the byte, or the byte itself.
+std::size_t runStart(std::string_view line, std::size_t byte) {
+    std::size_t start = byte;
+    bool blankBefore = false;
+    for (std::size_t at = byte; at > 0 && byte - at < runSize;) {
+        at = previousCodePoint(line, at);
+        const char32_t character = text::decodeUtf8(line, at).codePoint;
+        const bool blank = character == ' ';
+        if (isComplex(character))
+            start = at;
+        else if (blank ? blankBefore : !extendsRun(character))
+            break;
+        blankBefore = blank;
+    }
+    return start;
+}
 
 class LineRows : public RowLayout {
 public:
     LineRows(std::shared_ptr<const text::TextDocument> text, const QFont& font)
         : RowLayout(std::move(text)), ruler_(font) {
-        const text::WidestLine widest = document().widestLine();
-        if (ruler_.isFixedPitch())
-            width_ = double(widest.columns) * ruler_.columnWidth();
-        else
-            noteWidth(widest.index);
+        if (!ruler_.isFixedPitch())
+            noteWidth(document().widestLine().index);
     }
 
-    TextRow rowAt(TextPosition position) override {
+    void changed(const text::TextChange& change) override;
+
+    TextRow rowAt(text::TextPosition position) override {
         const std::size_t line = std::min(position.line, document().lineCount() - 1);
         return {line, 0, document().line(line).size()};
     }
@@ -36,70 +105,89 @@ public:
 
     std::size_t byteNear(const TextRow& row, double x) override {
         const std::string_view line = document().line(row.line);
-        const auto spot = ruler_.spotAt(line, row.line, x);
-        std::size_t after = spot.byte + text::decodeUtf8(line, spot.byte).length;
-        // Marks that stand on the character stay with it.
-        for (auto mark = text::decodeUtf8(line, after);
-             mark.length > 0 && text::characterWidth(mark.codePoint) == 0;
-             mark = text::decodeUtf8(line, after))
-            after += mark.length;
-        return x - spot.x > (xOf(row, after) - spot.x) / 2 ? after : spot.byte;
+        const std::size_t before = characterStart(line, ruler_.spotAt(line, row.line, x).byte);
+        const std::size_t after = nextCharacter(line, before);
+        return x > (xOf(row, before) + xOf(row, after)) / 2 ? after : before;
     }
 
-    void paint(QPainter& painter, const TextRow& row, double x, double y, double left, double right) override;
+    void paint(QPainter& painter, const TextRow& row, double x, double y, double left, double right,
+        const TextInk& ink) override;
 
     double rowHeight() const override { return ruler_.lineHeight(); }
-    double width() override { return width_; }
+    double width() override {
+        return ruler_.isFixedPitch() ? double(document().widestLine().columns) * ruler_.columnWidth()
+                                     : width_;
+    }
 
 private:
     void noteWidth(std::size_t line) {
         width_ = std::max(width_, ruler_.xOf(document().line(line), line, document().line(line).size()));
     }
-    // One past the characters from `begin` on that can be painted together; appends them to `text`.
-    std::size_t collect(
-        std::string_view line, std::size_t begin, std::size_t end, std::u32string& text) const;
+    // One past the characters from `begin` on that can be painted together.
+    std::size_t togetherFrom(std::string_view line, std::size_t begin, std::size_t end);
 
     LineRuler ruler_;
-    double width_ = 0;
+    double width_ = 0; // of the widest line seen so far, in a proportional font
 };
 
-std::size_t LineRows::collect(
-    std::string_view line, std::size_t begin, std::size_t end, std::u32string& text) const {
+void LineRows::changed(const text::TextChange& change) {
+    ruler_.changed(change);
+    if (ruler_.isFixedPitch())
+        return;
+    const std::size_t line = change.newEnd.line;
+    if (document().line(line).size() < measuredSize)
+        noteWidth(line);
+    else if (change.from.line == line) // what was put in cannot have made the line wider than this
+        width_ += xOf(rowAt(change.newEnd), change.newEnd.byte) - xOf(rowAt(change.from), change.from.byte);
+}
+
+std::size_t LineRows::togetherFrom(std::string_view line, std::size_t begin, std::size_t end) {
+    const char32_t first = text::decodeUtf8(line, begin).codePoint;
+    if (isComplex(first))
+        return runEnd(line, begin);
     std::size_t byte = begin;
-    bool plain = true;
     while (byte < end && line[byte] != '\t') {
         const auto character = text::decodeUtf8(line, byte);
-        const bool isPlain = character.codePoint < 0x80;
-        const bool stands = text::characterWidth(character.codePoint) > 0;
-        // Columns hold only if every character from another font starts at its own column again.
-        if (ruler_.isFixedPitch() && byte > begin && stands && !(plain && isPlain))
-            break;
-        plain = plain && isPlain;
-        const bool control =
-            character.codePoint < 0x20 || (character.codePoint >= 0x7F && character.codePoint < 0xA0);
-        text.push_back(control ? controlMark : character.codePoint);
-        byte += character.length;
+        const std::size_t after = nextCharacter(line, byte);
+        const bool alone = after != byte + character.length || isComplex(character.codePoint) ||
+                           controlMark(character.codePoint) || !ruler_.fillsItsColumns(character.codePoint);
+        if (alone)
+            return byte == begin ? after : byte;
+        byte = after;
     }
     return byte;
 }
 
-void LineRows::paint(QPainter& painter, const TextRow& row, double x, double y, double left, double right) {
+void LineRows::paint(QPainter& painter, const TextRow& row, double x, double y, double left, double right,
+    const TextInk& ink) {
     const std::string_view line = document().line(row.line);
-    const auto first = ruler_.spotAt(line, row.line, left - x);
-    auto last = ruler_.spotAt(line, row.line, right - x);
-    last.byte = std::min(line.size(), last.byte + text::decodeUtf8(line, last.byte).length);
-    if (!ruler_.isFixedPitch() && line.size() < 4096)
+    const std::size_t first =
+        runStart(line, characterStart(line, ruler_.spotAt(line, row.line, left - x).byte));
+    std::size_t last = ruler_.spotAt(line, row.line, right - x).byte;
+    last = std::min({line.size(), last + text::decodeUtf8(line, last).length, first + paintedSize});
+    if (!ruler_.isFixedPitch() && line.size() < measuredSize)
         noteWidth(row.line);
-    std::u32string text;
-    for (std::size_t byte = first.byte; byte < last.byte;) {
+    painter.setPen(ink.text);
+    for (std::size_t byte = first; byte < last;) {
         if (line[byte] == '\t') {
             ++byte;
             continue;
         }
-        text.clear();
-        const std::size_t after = collect(line, byte, last.byte, text);
-        const QString shown = QString::fromUcs4(text.data(), qsizetype(text.size()));
-        painter.drawText(QPointF(x + xOf(row, byte), y + ruler_.ascent()), shown);
+        const char32_t character = text::decodeUtf8(line, byte).codePoint;
+        const std::size_t after = togetherFrom(line, byte, last);
+        const double at = x + xOf(row, byte);
+        if (const char sign = controlMark(character)) {
+            paintControlMark(painter, sign, QRectF(at, y, ruler_.columnWidth(), rowHeight()), ink);
+        } else {
+            const std::string_view shown = line.substr(byte, after - byte);
+            QString text = QString::fromUtf8(shown.data(), qsizetype(shown.size()));
+            if (nextCharacter(line, byte) == after && text.size() > 1) {
+                // A letter with marks looks best as the one that the font itself has.
+                text.truncate(qsizetype(paintedMarks));
+                text = text.normalized(QString::NormalizationForm_C);
+            }
+            painter.drawText(QPointF(at, y + ruler_.ascent()), text);
+        }
         byte = after;
     }
 }

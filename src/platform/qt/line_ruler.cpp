@@ -1,5 +1,6 @@
 #include "platform/qt/line_ruler.h"
 
+#include "platform/qt/control_mark.h"
 #include "text/character_width.h"
 #include "text/utf8.h"
 
@@ -14,10 +15,11 @@ namespace genutil {
 namespace {
 
 constexpr std::size_t markDistance = 4096; // bytes
-constexpr std::size_t markedLines = 64;
+constexpr std::size_t markedLines = 256;
 
-bool isPlain(char byte) {
-    return byte >= 0x20 && byte < 0x7F;
+// Whether the byte is one of those that text::advanceColumns() goes over in runs.
+bool isInRun(char byte) {
+    return byte >= 0x10;
 }
 
 } // namespace
@@ -26,17 +28,44 @@ LineRuler::LineRuler(const QFont& font)
     : metrics_(font), fixedPitch_(QFontInfo(font).fixedPitch()), lineHeight_(std::ceil(metrics_.height())),
       ascent_(std::round(metrics_.ascent())), columnWidth_(metrics_.horizontalAdvance(QLatin1Char('x'))),
       unit_(fixedPitch_ ? columnWidth_ : 1) {
-    for (std::size_t i = 0x20; i < plainWidths_.size(); ++i)
-        plainWidths_[i] = metrics_.horizontalAdvance(QChar(char16_t(i)));
+    for (std::size_t i = 0; i < plainWidths_.size(); ++i)
+        plainWidths_[i] =
+            controlMark(char32_t(i)) ? columnWidth_ : metrics_.horizontalAdvance(QChar(char16_t(i)));
 }
 
 double LineRuler::characterWidth(char32_t character) {
     if (character < plainWidths_.size())
         return plainWidths_[character];
     const auto [entry, isNew] = widths_.try_emplace(character, 0);
-    if (isNew && text::characterWidth(character) > 0)
+    if (isNew && controlMark(character))
+        entry->second = columnWidth_;
+    else if (isNew && text::characterWidth(character) > 0)
         entry->second = metrics_.horizontalAdvance(QString::fromUcs4(&character, 1));
     return entry->second;
+}
+
+bool LineRuler::fillsItsColumns(char32_t character) {
+    if (!fixedPitch_ || (character >= 0x20 && character < 0x7F))
+        return true;
+    const auto [entry, isNew] = fills_.try_emplace(character, false);
+    if (isNew) {
+        const double width = text::characterWidth(character) * columnWidth_;
+        entry->second = std::abs(metrics_.horizontalAdvance(QString::fromUcs4(&character, 1)) - width) < 1e-3;
+    }
+    return entry->second;
+}
+
+void LineRuler::changed(const text::TextChange& change) {
+    std::unordered_map<std::size_t, std::vector<Spot>> kept;
+    for (auto& [line, marks] : marks_) {
+        if (line == change.from.line)
+            std::erase_if(marks, [&](const Spot& mark) { return mark.byte > change.from.byte; });
+        if (line <= change.from.line)
+            kept.emplace(line, std::move(marks));
+        else if (line > change.oldEnd.line)
+            kept.emplace(line - change.oldEnd.line + change.newEnd.line, std::move(marks));
+    }
+    marks_ = std::move(kept);
 }
 
 LineRuler::Spot LineRuler::step(std::string_view line, Spot from, std::size_t end) {
@@ -73,7 +102,7 @@ LineRuler::Spot LineRuler::walk(std::string_view line, std::size_t number, std::
         const Spot next = step(line, spot, end);
         if (next.x > x) {
             // Within a run of a fixed-pitch font every byte is a column.
-            if (fixedPitch_ && isPlain(line[spot.byte])) {
+            if (fixedPitch_ && isInRun(line[spot.byte])) {
                 const double columns = std::floor(x - spot.x);
                 spot = {spot.byte + std::size_t(columns), spot.x + columns};
             }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/text_position.h"
+
 #include <QFont>
 #include <QFontMetricsF>
 
@@ -34,8 +36,11 @@ public:
     // The character that covers x; the end of the line for an x behind it, its start for one before it.
     Spot spotAt(std::string_view line, std::size_t number, double x);
 
-    // Forgets the marks: the lines are others now.
-    void forget() { marks_.clear(); }
+    // Whether the character is just as wide as its columns, so that it may be painted with its neighbours.
+    bool fillsItsColumns(char32_t character);
+
+    // What lies before the edit keeps its marks.
+    void changed(const text::TextChange& change);
 
 private:
     // Goes over a run of plain characters or one other, not beyond `end`; x counts in units.
@@ -52,6 +57,7 @@ private:
     double unit_; // pixels: a column's width in a fixed-pitch font, else 1
     std::array<double, 128> plainWidths_{};
     std::unordered_map<char32_t, double> widths_;
+    std::unordered_map<char32_t, bool> fills_;
     std::unordered_map<std::size_t, std::vector<Spot>> marks_;
 };
 

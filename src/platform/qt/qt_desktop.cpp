@@ -4,6 +4,7 @@
 #include "hostif/form.h"
 #include "hostif/value.h"
 #include "platform/qt/dialogs.h"
+#include "platform/qt/file_watch.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/twip_scale.h"
 
@@ -53,6 +54,10 @@ public:
     Answer ask(const Message& message) override;
     bool showOpen(Form& owner, FileDialog& dialog) override;
     bool showSave(Form& owner, FileDialog& dialog) override;
+    std::optional<std::string> askText(Form& owner, const TextPrompt& prompt) override;
+    std::unique_ptr<FileWatch> watchFile(const std::string& path, std::function<void()> changed) override {
+        return makeFileWatch(path, std::move(changed));
+    }
     Clipboard& clipboard() override { return clipboard_; }
 
 private:
@@ -192,6 +197,11 @@ bool QtDesktop::showOpen(Form& owner, FileDialog& dialog) {
 bool QtDesktop::showSave(Form& owner, FileDialog& dialog) {
     const PointerScope arrow(*this, Pointer::Default);
     return showFileDialog(windowOf(owner), dialog, FileDialogKind::Save);
+}
+
+std::optional<std::string> QtDesktop::askText(Form& owner, const TextPrompt& prompt) {
+    const PointerScope arrow(*this, Pointer::Default);
+    return showTextPrompt(windowOf(owner), prompt);
 }
 
 void ensureApplication() {

@@ -1,10 +1,15 @@
 #include "platform/qt/row_layout.h"
 
+#include <QPainter>
+
 namespace genutil {
 
-TextPosition RowLayout::end() const {
-    const std::size_t last = document_->lineCount() - 1;
-    return {last, document_->line(last).size()};
+void paintControlMark(QPainter& painter, char sign, const QRectF& column, const TextInk& ink) {
+    // A gap on all sides tells marks from each other and from a selection.
+    painter.fillRect(column.adjusted(0.5, 1, -0.5, -1), ink.text);
+    painter.setPen(ink.paper);
+    painter.drawText(column, Qt::AlignCenter | Qt::TextDontClip, QString(QLatin1Char(sign)));
+    painter.setPen(ink.text);
 }
 
 std::optional<TextRow> RowLayout::next(const TextRow& row) {
@@ -21,6 +26,10 @@ std::optional<TextRow> RowLayout::previous(const TextRow& row) {
     if (row.line > 0)
         return rowAt({row.line - 1, document_->line(row.line - 1).size()});
     return std::nullopt;
+}
+
+std::vector<RowSpan> RowLayout::spansOf(const TextRow& row, std::size_t begin, std::size_t end) {
+    return {{xOf(row, begin), xOf(row, end)}};
 }
 
 } // namespace genutil

@@ -1,42 +1,81 @@
 #pragma once
 
+#include "hostif/report_text.h"
 #include "platform/qt/row_layout.h"
-#include "text/text_document.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
+#include <QElapsedTimer>
 
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QMenu;
 
 namespace genutil {
 
-// Shows a plain text of any size: only the rows that are seen are laid out and painted. The user scrolls with
-// the keys of a viewer, the wheel and the bars, and selects with the mouse, with Shift and the keys, or with
-// Ctrl+A.
+enum class Movement {
+    Left,
+    Right,
+    WordLeft,
+    WordRight,
+    Up,
+    Down,
+    PageUp,
+    PageDown,
+    RowStart,
+    RowEnd,
+    TextStart,
+    TextEnd
+};
+
+// Shows the plain text of a ReportText, of any size, and edits it: only the rows that are seen are laid out
+// and painted. Caret and selection are the model's. While the model is locked there is no caret, the keys
+// scroll as in a viewer, and Shift and the keys, the mouse or Ctrl+A select. Actions of the widget
+// (addAction) stand at the end of its context menu.
 class TextView : public QAbstractScrollArea {
 public:
     explicit TextView(QWidget* parent = nullptr);
 
-    // Shows another text from its start. Never null.
-    void setDocument(std::shared_ptr<const text::TextDocument> document);
-    void setWrapsLines(bool wraps);
+    // Shows the model's text and whatever becomes of it. Null lets go: what was shown stays as a mere
+    // picture.
+    void setModel(ReportText* model);
+    const ReportText* model() const { return model_; }
 
-    // What a key of namespace key does here; False for a key that the view has no use for. `extends` moves
-    // the end of the selection instead of the text.
-    bool followKey(int code, bool extends);
+    Event<int> zoomRequested; // steps of the wheel held with Ctrl, positive to enlarge
 
-    TextPosition firstVisible() const { return top_; }
+    const text::TextDocument& document() const { return *document_; }
+    // Another after every change of the text.
+    std::uint64_t revision() const { return revision_; }
+    bool isEditable() const;
+    text::TextPosition firstVisible() const { return top_; }
     // The text of the rows that are seen, one to a line.
     QString visibleText() const;
-    QString selectedText() const;
-    void selectAll();
+    // The character's or the caret's place in the viewport, as wide as the caret; nothing when its row is not
+    // seen.
+    std::optional<QRectF> placeOf(text::TextPosition position) const;
+    text::TextPosition positionAt(QPoint point) const;
+    void showPosition(text::TextPosition position);
+    void select(text::TextPosition anchor, text::TextPosition caret);
+    // An edit of the user's; False when the model takes none.
+    bool edit(const text::TextRange& range, std::string_view replacement,
+        text::TextDocument::Joining joining = text::TextDocument::Joining::Alone);
 
     QSize sizeHint() const override;
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
 protected:
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -47,30 +86,76 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    using Command = ReportText::Command;
+    // What a press of the mouse took hold of; dragging extends by such units.
+    using UnitAt = text::TextRange (*)(const text::TextDocument&, text::TextPosition);
+
+    void follow(Aspect aspect);
+    void followEdit(const text::TextChange& change);
+    void followSelection();
+    void followLook();
     void renewLayout();
     void updateBars();
+    double margin() const { return 3; } // pixels left of the text, and right of the widest line
+    int caretWidth() const;
     // Rows that fit whole into the view, at least 1.
     int pageRows() const;
     void scrollRows(int rows);
-    void scrollTo(TextPosition top);
-    void showPosition(TextPosition position);
-    void moveCursor(int code);
-    void dragTo(QPoint point);
-    TextPosition positionAt(QPoint point) const;
-    TextPosition rowsAway(TextPosition from, int rows) const;
-    void paintRow(QPainter& painter, const TextRow& row, double y) const;
-    int barValue(TextPosition position) const;
+    void scrollTo(text::TextPosition top);
+    void showRow(const TextRow& row);
+    text::TextPosition rowsAway(text::TextPosition from, int rows) const;
+    int barValue(text::TextPosition position) const;
 
+    void followKey(int code); // of namespace key
+    void follow(Movement movement, bool extends);
+    void scrollBy(Movement movement);
+    void moveCaret(Movement movement, bool extends);
+    text::TextPosition moved(Movement movement);
+    text::TextPosition movedVertically(int rows);
+    text::TextPosition movedInRow(bool toEnd) const;
+
+    bool takesKey(const QKeyEvent& event) const;
+    bool pressTab(const QKeyEvent& event);
+    void type(const QString& text);
+    bool eraseByKey(const QKeyEvent& event);
+    bool canDo(Command command) const;
+    void carryOut(Command command);
+    bool copy() const;
+    void offerSelection() const; // to the other programs' middle mouse button
+    void paste(const QString& text);
+    QMenu* makeMenu();
+
+    void selectUnits(text::TextPosition reached);
+    void dragTo(QPoint point);
+
+    void paintRow(QPainter& painter, const TextRow& row, double y) const;
+    void paintPreedit(QPainter& painter) const;
+    void restartBlinking();
+    bool showsCaret() const;
+
+    ReportText* model_ = nullptr;
+    std::vector<Connection> connections_;
     std::shared_ptr<const text::TextDocument> document_ = std::make_shared<text::TextDocument>();
+    std::uint64_t revision_ = 0;
     std::unique_ptr<RowLayout> rows_;
+    QFont textFont_; // with the zoom
+    double zoom_ = 1;
     bool wraps_ = false;
-    TextPosition top_;     // the start of the first row that is seen
-    TextPosition lastTop_; // the first row when the text's end is seen
-    TextPosition anchor_;  // where the selection began
-    TextPosition cursor_;  // where it ends; before or behind the anchor
+    text::TextPosition top_;     // the start of the first row that is seen
+    text::TextPosition lastTop_; // the first row when the text's end is seen
+    text::TextPosition anchor_;  // as the model's
+    text::TextPosition caret_;
+    std::optional<double> wantedX_; // kept while moving up and down
     bool syncingBars_ = false;
     int wheelRest_ = 0; // eighths of a degree not yet scrolled
+    QString preedit_;
+    int preeditCaret_ = 0; // units in it
+    bool caretIsLit_ = false;
+    QBasicTimer blinkTimer_;
     QBasicTimer dragTimer_;
+    UnitAt unitAt_ = nullptr;
+    text::TextRange heldUnit_;
+    QElapsedTimer sinceDoubleClick_;
 };
 
 } // namespace genutil

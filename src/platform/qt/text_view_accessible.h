@@ -1,9 +1,17 @@
 #pragma once
 
+#include "text/text_position.h"
+
 namespace genutil {
 
-// Tells assistive technology what a TextView is: a read-only text, whose value is the text that is seen. Once
-// is enough; further calls do nothing.
+class TextView;
+
+// Gives assistive technology the text of every TextView. Once is enough; further calls do nothing.
 void installTextViewAccessibility();
+
+// What assistive technology is told about, where there is any. The view has already followed.
+void accessibleTextRenewed(TextView& view);
+void accessibleTextChanged(TextView& view, const text::TextChange& change);
+void accessibleCaretMoved(TextView& view);
 
 } // namespace genutil

@@ -1,14 +1,17 @@
+#include "platform/qt/control_mark.h"
 #include "platform/qt/line_ruler.h"
 #include "platform/qt/row_layout.h"
+#include "platform/qt/utf16_text.h"
 #include "text/character_width.h"
-#include "text/utf8.h"
 
+#include <QGlyphRun>
 #include <QPainter>
-#include <QString>
 #include <QTextLayout>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
+#include <ranges>
 
 namespace genutil {
 namespace {
@@ -18,20 +21,19 @@ namespace {
 constexpr std::size_t pieceSize = 8192;
 constexpr std::size_t keptPieces = 256;
 
+// Takes the place of a control character, whose mark is painted over it. It is in every font and has no
+// direction.
+constexpr QChar markPlace = u'*';
+
 struct Piece {
-    std::size_t begin = 0;            // in the line
-    std::vector<std::uint32_t> bytes; // of each UTF-16 unit, from the piece's start; one more for the end
+    std::size_t begin = 0; // in the line
+    Utf16Text text;
+    bool mixesDirections = false;
     QTextLayout layout;
 
-    std::size_t byteOf(int unit) const { return begin + bytes[std::size_t(unit)]; }
+    std::size_t byteOf(int unit) const { return begin + text.byteOf(unit); }
     // The first unit of the character that holds the byte.
-    int unitOf(std::size_t byte) const {
-        const auto relative = std::uint32_t(byte - std::min(byte, begin));
-        auto unit = std::ranges::lower_bound(bytes, relative);
-        if (unit != bytes.end() && *unit > relative)
-            unit = std::ranges::lower_bound(bytes, *std::prev(unit));
-        return int(unit - bytes.begin());
-    }
+    int unitOf(std::size_t byte) const { return text.unitOf(byte - std::min(byte, begin)); }
 };
 
 // The boundary of a character at or after the byte.
@@ -48,7 +50,9 @@ public:
         : RowLayout(std::move(text)), font_(font), ruler_(font),
           width_(std::max(width, ruler_.columnWidth())) {}
 
-    TextRow rowAt(TextPosition position) override {
+    void changed(const text::TextChange& change) override;
+
+    TextRow rowAt(text::TextPosition position) override {
         const std::size_t line = std::min(position.line, document().lineCount() - 1);
         const Piece& piece = pieceAt(line, position.byte);
         const QTextLine row = lineOf(piece, position.byte);
@@ -70,9 +74,16 @@ public:
         return std::clamp(piece.byteOf(unit), row.begin, row.end);
     }
 
-    void paint(QPainter& painter, const TextRow& row, double x, double y, double, double) override {
-        const QTextLine line = lineOf(pieceAt(row.line, row.begin), row.begin);
-        line.draw(&painter, QPointF(x, y) - line.position());
+    std::vector<RowSpan> spansOf(const TextRow& row, std::size_t begin, std::size_t end) override;
+
+    void paint(QPainter& painter, const TextRow& row, double x, double y, double, double,
+        const TextInk& ink) override {
+        const Piece& piece = pieceAt(row.line, row.begin);
+        const QTextLine line = lineOf(piece, row.begin);
+        painter.setPen(ink.text);
+        // On the rows' common base line, whatever other fonts the row takes characters from.
+        line.draw(&painter, QPointF(x, y + ruler_.ascent() - line.ascent()) - line.position());
+        paintMarks(painter, piece, line, QPointF(x, y), ink);
     }
 
     double rowHeight() const override { return ruler_.lineHeight(); }
@@ -80,17 +91,23 @@ public:
 
 private:
     const Piece& pieceAt(std::size_t line, std::size_t byte);
-    void layOut(Piece& piece, std::string_view text) const;
+    void layOut(Piece& piece) const;
+    void paintMarks(QPainter& painter, const Piece& piece, const QTextLine& line, QPointF place,
+        const TextInk& ink) const;
 
+    // The last row of the piece that does not start behind the byte.
     static QTextLine lineOf(const Piece& piece, std::size_t byte) {
-        const QTextLine found = piece.layout.lineForTextPosition(piece.unitOf(byte));
-        return found.isValid() ? found : piece.layout.lineAt(piece.layout.lineCount() - 1);
+        const int unit = piece.unitOf(byte);
+        const auto numbers = std::views::iota(1, piece.layout.lineCount());
+        const auto behind = std::ranges::partition_point(
+            numbers, [&](int number) { return piece.layout.lineAt(number).textStart() <= unit; });
+        return piece.layout.lineAt(int(behind - numbers.begin()));
     }
 
     QFont font_;
     LineRuler ruler_;
     double width_;
-    std::map<TextPosition, Piece> pieces_;
+    std::map<text::TextPosition, Piece> pieces_;
 };
 
 const Piece& WrappedRows::pieceAt(std::size_t number, std::size_t byte) {
@@ -107,25 +124,21 @@ const Piece& WrappedRows::pieceAt(std::size_t number, std::size_t byte) {
     Piece& piece = pieces_[{number, begin}];
     piece.begin = begin;
     const std::size_t end = boundary(line, (begin / pieceSize + 1) * pieceSize);
-    layOut(piece, line.substr(begin, end - begin));
+    piece.text = Utf16Text(line.substr(begin, end - begin));
+    layOut(piece);
     return piece;
 }
 
-void WrappedRows::layOut(Piece& piece, std::string_view bytes) const {
-    QString shown;
-    shown.reserve(qsizetype(bytes.size()));
-    for (std::size_t at = 0; at < bytes.size();) {
-        const auto character = text::decodeUtf8(bytes, at);
-        for (const char16_t unit : QChar::fromUcs4(character.codePoint)) {
-            shown.append(QChar(unit));
-            piece.bytes.push_back(std::uint32_t(at));
-        }
-        at += character.length;
+void WrappedRows::layOut(Piece& piece) const {
+    QString shown = piece.text.text();
+    for (QChar& unit : shown) {
+        if (!unit.isSurrogate() && controlMark(unit.unicode()))
+            unit = markPlace;
+        piece.mixesDirections |= unit.unicode() >= 0x0590; // no need to be exact: it only costs time
     }
-    piece.bytes.push_back(std::uint32_t(bytes.size()));
-
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(Qt::LeftToRight);
     option.setTabStopDistance(double(text::tabStop) * ruler_.columnWidth());
     piece.layout.setFont(font_);
     piece.layout.setText(shown);
@@ -135,6 +148,53 @@ void WrappedRows::layOut(Piece& piece, std::string_view bytes) const {
     for (QTextLine line = piece.layout.createLine(); line.isValid(); line = piece.layout.createLine())
         line.setLineWidth(width_);
     piece.layout.endLayout();
+}
+
+void WrappedRows::paintMarks(
+    QPainter& painter, const Piece& piece, const QTextLine& line, QPointF place, const TextInk& ink) const {
+    const QString& text = piece.text.text();
+    for (int unit = line.textStart(); unit < line.textStart() + line.textLength(); ++unit) {
+        const QChar character = text[unit];
+        const char sign = character.isSurrogate() ? '\0' : controlMark(character.unicode());
+        if (!sign)
+            continue;
+        const double left = line.cursorToX(unit);
+        const double right = line.cursorToX(unit, QTextLine::Trailing);
+        paintControlMark(painter, sign,
+            QRectF(place.x() + std::min(left, right), place.y(), std::abs(right - left), rowHeight()), ink);
+    }
+}
+
+std::vector<RowSpan> WrappedRows::spansOf(const TextRow& row, std::size_t begin, std::size_t end) {
+    const Piece& piece = pieceAt(row.line, row.begin);
+    if (!piece.mixesDirections)
+        return RowLayout::spansOf(row, begin, end);
+    const QTextLine line = lineOf(piece, row.begin);
+    const int first = piece.unitOf(begin);
+    const int last = piece.unitOf(end);
+    std::vector<RowSpan> spans;
+    for (const QGlyphRun& run : line.glyphRuns(first, last - first))
+        spans.push_back({run.boundingRect().left(), run.boundingRect().right()});
+    // Tabs have no glyphs.
+    for (int unit = first; unit < last; ++unit)
+        if (piece.text.text()[unit] == u'\t')
+            spans.push_back({line.cursorToX(unit), line.cursorToX(unit, QTextLine::Trailing)});
+    return spans;
+}
+
+void WrappedRows::changed(const text::TextChange& change) {
+    std::map<text::TextPosition, Piece> kept;
+    while (!pieces_.empty()) {
+        auto piece = pieces_.extract(pieces_.begin());
+        text::TextPosition& key = piece.key();
+        if (key.line > change.oldEnd.line)
+            key.line += change.newEnd.line - change.oldEnd.line;
+        else if (key.line > change.from.line ||
+                 (key.line == change.from.line && key.byte + pieceSize + 3 >= change.from.byte))
+            continue;
+        kept.insert(std::move(piece));
+    }
+    pieces_ = std::move(kept);
 }
 
 } // namespace

@@ -1,12 +1,13 @@
 #include "platform/system/wipe_file.h"
 
-#include "hostif/error.h"
+#include "platform/system/descriptor.h"
+#include "platform/system/failures.h"
+#include "platform/system/regular_file.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,28 +16,7 @@
 namespace genutil {
 namespace {
 
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0)
-            ::close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int number() const { return number_; }
-
-private:
-    int number_;
-};
-
-[[noreturn]] void fail(const std::string& step, const std::string& path) {
-    throw std::system_error(errno, std::generic_category(), step + " '" + path + "'");
-}
-
-[[noreturn]] void refuse(const std::string& path, const std::string& rule) {
-    throw Error(errors::PathAccess, "'" + path + "' is not wiped: " + rule);
-}
+constexpr const char* notWiped = "wiped";
 
 struct stat statusOf(const std::string& path) {
     struct stat status {};
@@ -47,15 +27,12 @@ struct stat statusOf(const std::string& path) {
 
 void check(const struct stat& status, const std::string& path) {
     if (S_ISLNK(status.st_mode))
-        refuse(path, "it is a symbolic link, and the file behind it may belong to something else");
+        refuse(path, notWiped, "it is a symbolic link, and the file behind it may belong to something else");
     if (!S_ISREG(status.st_mode))
-        refuse(path, "only regular files are wiped");
+        refuse(path, notWiped, "only regular files are wiped");
     if (status.st_nlink > 1)
-        refuse(path, "the file has further names (hard links), which would lose their contents too");
-}
-
-bool sameFile(const struct stat& a, const struct stat& b) {
-    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+        refuse(
+            path, notWiped, "the file has further names (hard links), which would lose their contents too");
 }
 
 void overwrite(const Descriptor& file, off_t size, const std::string& path) {
@@ -86,30 +63,17 @@ void wipe(const std::string& path) {
     overwrite(file, opened.st_size, path);
     if (::ftruncate(file.number(), 0) != 0)
         fail("Cannot truncate", path);
-    if (!sameFile(statusOf(path), opened))
-        refuse(path, "another file took its name while it was overwritten");
+    if (!isSameFile(statusOf(path), opened))
+        refuse(path, notWiped, "another file took its name while it was overwritten");
     if (::unlink(path.c_str()) != 0)
         fail("Cannot remove", path);
 }
 
-class SystemFiles : public FileSystem {
-public:
-    void wipeFile(const std::string& path) override {
-        // A name with a zero byte would be cut there by the system and might name another file.
-        if (path.empty() || path.find('\0') != std::string::npos)
-            throw Error(errors::BadFileName, "A file to wipe needs a name without zero bytes");
-        try {
-            wipe(path);
-        } catch (...) {
-            throw toError(std::current_exception());
-        }
-    }
-};
-
 } // namespace
 
-std::unique_ptr<FileSystem> makeSystemFiles() {
-    return std::make_unique<SystemFiles>();
+void wipeFile(const std::string& path) {
+    checkName(path);
+    wipe(path);
 }
 
 } // namespace genutil

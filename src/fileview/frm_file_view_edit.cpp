@@ -1,0 +1,184 @@
+#include "fileview/frm_file_view.h"
+
+#include "text/rtf.h"
+
+#include <array>
+
+// What the viewer does with a text that has been edited: saving it here, under another name, or elsewhere
+// before it is lost; and the session of an external editor.
+namespace genutil {
+namespace {
+
+// Puts a value back at the end of a scope, whichever way it is left.
+template<class T>
+class Restored {
+public:
+    Restored(Observed<T>& value, T meanwhile) : value_(value), earlier_(value) { value_ = meanwhile; }
+    ~Restored() { value_ = earlier_; }
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+
+private:
+    Observed<T>& value_;
+    T earlier_;
+};
+
+} // namespace
+
+bool frmFileView::confirm(const std::string& question, Icon icon) {
+    return desktop().ask({.text = question,
+               .icon = icon,
+               .buttons = Buttons::YesNo,
+               .defaultAnswer = icon == Icon::Exclamation ? Answer::No : Answer::Yes}) == Answer::Yes;
+}
+
+bool frmFileView::SaveChanges() {
+    return run("SaveChanges", [this] {
+        if (!confirm("File " + FileToView + " has been modified - save changes ?"))
+            return true;
+        if (!saveText(FileToView))
+            return false;
+        modified_ = false;
+        mnu_Save.enabled = false;
+        return true;
+    });
+}
+
+void frmFileView::SaveTheFile() {
+    run("SaveTheFile", [this] {
+        if (!modified_ || !saveText(FileToView))
+            return;
+        modified_ = false;
+        mnu_Save.enabled = false;
+    });
+}
+
+std::optional<std::string> frmFileView::askSaveName() {
+    FileDialog dialog = commonDialog1;
+    dialog.filter = fileFormat_ == FileFormat::RichText ? "Rich Text Format (*.rtf)|*.rtf|"
+                                                        : "Text document (*.txt)|*.txt|";
+    dialog.filter += "All files (*.*)|*.*|";
+    dialog.filterIndex = 1;
+    dialog.flags = dialogflags::OverwritePrompt;
+    dialog.fileName = FileToView;
+    if (!desktop().showSave(*this, dialog) || dialog.fileName.empty())
+        return std::nullopt;
+    return dialog.fileName;
+}
+
+void frmFileView::SaveAs() {
+    run("SaveAs", [this] {
+        const auto chosen = askSaveName();
+        if (!chosen || FileToView.empty())
+            return;
+        FileSystem& files = component().files();
+        // A file that is gone, wiped perhaps, cannot be copied: its text is what there is to save.
+        const bool isGone = !files.stampOf(FileToView);
+        if (!isGone)
+            files.copyFile(FileToView, *chosen);
+        modified_ = modified_ || isGone;
+        FileToView = *chosen;
+        textIsThatOf(*chosen);
+        SetFormCaption();
+        SaveTheFile();
+    });
+}
+
+bool frmFileView::confirmOverwrite(const std::string& file) {
+    return !notice.isOverwriteOfOthers(file) ||
+           confirm("File " + file +
+                       " has been changed by another program since it was read.\n"
+                       "Replace it by the text that is shown here ?",
+               Icon::Exclamation);
+}
+
+bool frmFileView::saveText(const std::string& file) {
+    if (file.empty()) {
+        const auto chosen = askSaveName();
+        if (!chosen)
+            return false;
+        FileToView = *chosen;
+        SetFormCaption();
+        return writeText(*chosen);
+    }
+    return confirmOverwrite(file) && writeText(file);
+}
+
+bool frmFileView::writeText(const std::string& file) {
+    const PointerScope hourglass(desktop(), Pointer::Hourglass);
+    FileSystem& files = component().files();
+    text::TextDocument& document = *rtbViewText.document();
+    try {
+        files.saveFile(file, [&](const text::ByteSink& sink) {
+            if (rtbViewText.isRich())
+                sink(text::writeRtf(*rtbViewText.richText()));
+            else
+                document.write(sink, files.codePages());
+        });
+    } catch (const text::UnencodableCharacter& refused) {
+        if (!confirm(refused.what() + std::string(".\nSave the file as UTF-8 instead ?"), Icon::Exclamation))
+            return false;
+        document.setEncoding({});
+        status.showText();
+        return writeText(file);
+    }
+    document.markSaved();
+    edited_ = false;
+    textIsThatOf(file);
+    return true;
+}
+
+void frmFileView::textIsThatOf(const std::string& file) {
+    shownFile_ = file;
+    followFile(component().files().stampOf(file));
+}
+
+void frmFileView::rescueText() {
+    while (confirm(
+        "The changes to " + FileToView + " are not saved.\nSave them under another name ?", Icon::Question)) {
+        const auto chosen = askSaveName();
+        if (!chosen)
+            return;
+        FileToView = *chosen;
+        bool saved = false;
+        handle("Form_Unload", [&] { saved = writeText(*chosen); });
+        if (saved)
+            return;
+    }
+}
+
+void frmFileView::EditFile() {
+    run("EditFile", [this] {
+        // The file is shown again afterwards: what has been typed here would be gone.
+        if (edited_ && modified_ && editAllowed_ && !SaveChanges())
+            return;
+        runEditor();
+        if (!FileToView.empty())
+            DisplayFile();
+    });
+}
+
+void frmFileView::runEditor() {
+    // The commands that the session holds back; the text too, since the reload would overwrite what is typed.
+    Observed<bool>* const held[] = {&cmdClose.enabled, &cmdEdit.enabled, &cmdPrint.enabled,
+        &cmdSelect.enabled, &mnu_OpenFile.enabled, &mnu_Save.enabled, &mnu_SaveAs.enabled, &mnu_Edit.enabled,
+        &mnu_Print.enabled, &mnu_Reload.enabled, &status.cboEncoding.enabled};
+    std::vector<std::unique_ptr<Restored<bool>>> restored;
+    for (Observed<bool>* each : held)
+        restored.push_back(std::make_unique<Restored<bool>>(*each, false));
+    restored.push_back(std::make_unique<Restored<bool>>(rtbViewText.locked, true));
+    struct Session {
+        bool& active;
+        explicit Session(bool& flag) : active(flag) { active = true; }
+        ~Session() { active = false; }
+    } session(editSessionActive_);
+
+    const std::string commandLine = component().strUtil().EditorCommand(Editor, FileToView);
+    component().objects().createFileProcedures()->RunAndWait(commandLine);
+}
+
+void frmFileView::PrintFile() {
+    run("PrintFile", [] { throw Error(errors::NotAvailableYet, "Printing is not available yet"); });
+}
+
+} // namespace genutil

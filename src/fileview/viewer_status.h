@@ -1,0 +1,33 @@
+#pragma once
+
+#include "hostif/controls.h"
+#include "hostif/report_text.h"
+
+#include <optional>
+#include <string>
+
+namespace genutil {
+
+// The bar along the bottom of the viewer: where the caret is, what is selected, the encoding, the size.
+class ViewerStatus {
+public:
+    ViewerStatus(Form& form, ReportText& text);
+
+    Panel pnlStatus;
+    Label lblPosition, lblSelection;
+    ComboBox cboEncoding; // offers the encodings that the text can be read in
+    Label lblSize;
+
+    void showSelection();
+    void showText();
+    // The encoding that the user has picked from the list, if it is another one than the text's.
+    std::optional<std::string> chosenEncoding() const;
+
+private:
+    ReportText& text_;
+};
+
+// "512 bytes", "6.6 MB": in steps of 1024.
+std::string sizeText(std::uint64_t bytes);
+
+} // namespace genutil

@@ -1,0 +1,48 @@
+#include "platform/qt/report_view.h"
+
+#include "platform/qt/rich_text_view.h"
+#include "platform/qt/text_view.h"
+
+namespace genutil {
+
+ReportView::ReportView(QWidget* parent)
+    : QStackedWidget(parent), plain_(new TextView(this)), rich_(new RichTextView(this)) {
+    addWidget(plain_);
+    addWidget(rich_);
+    for (QAbstractScrollArea* view :
+        {static_cast<QAbstractScrollArea*>(plain_), static_cast<QAbstractScrollArea*>(rich_)})
+        view->setFrameShape(QFrame::NoFrame);
+    setFocusProxy(plain_);
+    plain_->zoomRequested.connect([this](int steps) { zoomed(steps); });
+    rich_->zoomRequested.connect([this](int steps) { zoomed(steps); });
+}
+
+void ReportView::setModel(ReportText* model) {
+    // Let go of first: the last of a rich text's edits is handed over then.
+    plain_->setModel(model);
+    rich_->setModel(model);
+    model_ = model;
+    following_ = model ? model->changed.connectScoped([this](Aspect aspect) {
+        if (aspect == Aspect::Text)
+            showKind();
+    })
+                       : Connection();
+    if (model)
+        showKind();
+}
+
+void ReportView::showKind() {
+    QWidget* const view = model_->isRich() ? static_cast<QWidget*>(rich_) : plain_;
+    const bool hadFocus = currentWidget()->hasFocus();
+    setFocusProxy(view);
+    setCurrentWidget(view);
+    if (hadFocus)
+        view->setFocus();
+}
+
+void ReportView::addToContextMenus(QAction* action) {
+    plain_->addAction(action);
+    rich_->addAction(action);
+}
+
+} // namespace genutil

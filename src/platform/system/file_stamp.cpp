@@ -1,0 +1,18 @@
+#include "platform/system/file_stamp.h"
+
+#include <sys/stat.h>
+
+namespace genutil {
+
+std::optional<FileStamp> stampOf(const std::string& path) {
+    struct stat status {};
+    if (path.find('\0') != std::string::npos || ::stat(path.c_str(), &status) != 0 ||
+        !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return FileStamp{.device = status.st_dev,
+        .file = status.st_ino,
+        .size = std::uint64_t(status.st_size),
+        .written = std::int64_t(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec};
+}
+
+} // namespace genutil

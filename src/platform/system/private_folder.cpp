@@ -1,0 +1,64 @@
+#include "platform/system/private_folder.h"
+
+#include "hostif/error.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace genutil {
+namespace {
+
+namespace fs = std::filesystem;
+
+// An absolute folder named by the environment, else "".
+fs::path environmentFolder(const char* variable) {
+    const char* value = std::getenv(variable);
+    const fs::path folder = value ? value : "";
+    return folder.is_absolute() ? folder : fs::path();
+}
+
+bool makeFolders(const fs::path& folder) {
+    std::error_code refused;
+    fs::create_directories(folder.parent_path(), refused);
+    ::mkdir(folder.c_str(), S_IRWXU);
+    return isPrivate(folder);
+}
+
+} // namespace
+
+std::vector<std::string> privateFolders() {
+    std::vector<std::string> folders;
+    const fs::path home = environmentFolder("HOME");
+    fs::path state = environmentFolder("XDG_STATE_HOME");
+    if (state.empty() && !home.empty())
+        state = home / ".local" / "state";
+    if (!state.empty())
+        folders.push_back(state / "k_genutil" / "before-save");
+    fs::path temporary = environmentFolder("TMPDIR");
+    if (temporary.empty())
+        temporary = "/tmp";
+    folders.push_back(temporary / ("k_genutil-" + std::to_string(::geteuid())));
+    return folders;
+}
+
+bool isPrivate(const std::string& folder) {
+    struct stat status {};
+    return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
+           (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+std::string makePrivateFolder() {
+    const std::vector<std::string> folders = privateFolders();
+    const auto made = std::ranges::find_if(folders, makeFolders);
+    if (made == folders.end())
+        throw Error(
+            errors::PathAccess, "No folder for the safety copies of saved files can be made: neither '" +
+                                    folders.front() + "' nor '" + folders.back() + "'");
+    return *made;
+}
+
+} // namespace genutil

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace genutil::text {
+
+// The one character that stands for both cases of a letter of Latin, Greek or Cyrillic where both are single
+// characters; all other characters stand for themselves.
+char32_t foldCase(char32_t codePoint);
+
+// Whether a word goes on with it: letters, digits, marks on them and the underscore.
+bool isWordCharacter(char32_t codePoint);
+
+} // namespace genutil::text

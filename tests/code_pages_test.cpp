@@ -1,0 +1,105 @@
+#include "platform/system/system_files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace genutil {
+namespace {
+
+class CodePages : public testing::Test {
+protected:
+    std::unique_ptr<FileSystem> files = makeSystemFiles();
+    const text::CodePages& pages = files->codePages();
+};
+
+TEST_F(CodePages, DecodingIsExactUnlessEncodingAgainGivesOtherBytes) {
+    const std::string bad = "\xEF\xBF\xBD";
+    struct Case {
+        std::string name;
+        std::string bytes;
+        std::string text;
+        bool exact;
+    };
+    for (const Case& each : {
+             Case{"KOI8-R", "\xF4\xCF\xDE\xCB\xC1 1\r\n", "Точка 1\r\n", true},
+             Case{"windows-1251", "A\x98\xC0", "A" + bad + "А", false},
+             Case{"Windows-1252", "12\xB0\x81", "12°\xC2\x81", true},
+             Case{"iso-8859-2", "\xB1", "ą", true},
+             Case{"Shift_JIS", "\x93\xFA\x96\x7B", "日本", true},
+             Case{"Shift_JIS", "\x93\xFA\x96", "日" + bad, false},
+             Case{"GB18030", "\xB2\xE2\xC1\xBF", "测量", true},
+             Case{"Big5-HKSCS", "\x88\x66", "Ê", true},
+             Case{"UTF-8", "A\xFF\xC3\xA4", "A" + bad + "ä", false},
+             Case{"KOI8-R", "", "", true},
+         }) {
+        const auto decoded = pages.decode(each.name, each.bytes);
+        ASSERT_TRUE(decoded) << each.name;
+        EXPECT_EQ(decoded->text, each.text) << each.name;
+        EXPECT_EQ(decoded->exact, each.exact) << each.name;
+        if (each.exact) {
+            const auto again = pages.encode(each.name, each.text);
+            EXPECT_EQ(again->bytes, each.bytes) << each.name;
+            EXPECT_FALSE(again->refusedAt) << each.name;
+        }
+    }
+}
+
+TEST_F(CodePages, EncodingRefusesTheFirstCharacterThatTheSetLacksOrWouldChange) {
+    struct Case {
+        std::string name;
+        std::string text;
+        std::string bytes;
+        std::size_t refusedAt;
+    };
+    for (const Case& each : {
+             Case{"KOI8-R", "А1 ä", "\xE1\x31 ", 4},
+             Case{"iso-8859-1", "10 €", "10 ", 3},
+             Case{"iso-8859-1", "a\xF3\xA0\x81\x81z", "a", 1}, // a tag, which converters drop without a word
+             Case{"Shift_JIS", "日\xFF", "\x93\xFA", 3},
+         }) {
+        const auto encoded = pages.encode(each.name, each.text);
+        ASSERT_TRUE(encoded) << each.name;
+        EXPECT_EQ(encoded->bytes, each.bytes) << each.name;
+        EXPECT_EQ(encoded->refusedAt, each.refusedAt) << each.name;
+    }
+}
+
+TEST_F(CodePages, KnowOnlyPlainNames) {
+    using namespace std::string_literals;
+    for (const auto& name :
+        {""s, "KOI9-R"s, "KOI8-R//TRANSLIT"s, "KOI8-R//IGNORE"s, "KOI8-R\0x"s, "KOI8 R"s}) {
+        EXPECT_FALSE(pages.decode(name, "a")) << name;
+        EXPECT_FALSE(pages.encode(name, "a")) << name;
+    }
+}
+
+TEST_F(CodePages, GuessFromWhatTheBytesLookLike) {
+    const auto repeated = [](const std::string& text) {
+        std::string all;
+        for (int i = 0; i < 50; ++i)
+            all += text;
+        return all;
+    };
+    const std::string russian = "Результаты уравнивания сети: средняя квадратическая погрешность пункта.\r\n";
+    const std::string japanese = "測量の結果: 基準点の座標と誤差楕円。\r\n";
+    for (const auto& [name, text] : {std::pair("windows-1251", russian), std::pair("KOI8-R", russian),
+             std::pair("Shift_JIS", japanese), std::pair("EUC-JP", japanese)}) {
+        const std::string guess = pages.guess(pages.encode(name, repeated(text))->bytes);
+        EXPECT_STRCASEEQ(guess.c_str(), name);
+    }
+    for (const std::string escaped : {"plain text", "", "\x1B$B@.\x1B(B \x1B$B@.\x1B(B", "~{<:Ky~}"})
+        EXPECT_EQ(pages.guess(escaped), "");
+}
+
+TEST_F(CodePages, ALocaleWithoutACodePageOfItsOwnMeansWindows1252) {
+    for (const char* locale : {"C", "C.UTF-8", "no such locale"}) {
+        ::setenv("LC_ALL", locale, 1);
+        EXPECT_EQ(pages.systemCodePage(), "windows-1252") << locale;
+    }
+    ::unsetenv("LC_ALL");
+}
+
+} // namespace
+} // namespace genutil
