@@ -13,7 +13,6 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPainter>
-#include <QScrollBar>
 #include <QtTest/QtTest>
 #include <QVBoxLayout>
 
@@ -259,7 +258,6 @@ protected:
         QCoreApplication::processEvents();
         return model.richText();
     }
-    // The view's own type is protected from its users.
     static bool accepts(RichTextView& target, const QMimeData& data) {
         QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(target.viewport(), &enter);

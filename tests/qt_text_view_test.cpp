@@ -1,18 +1,10 @@
-#include "hostif/form.h"
 #include "platform/qt/line_ruler.h"
-#include "platform/qt/text_view.h"
-#include "scripted_desktop.h"
+#include "qt_text_form.h"
 #include "text/character_width.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
-#include <QMenu>
 #include <QScrollBar>
-#include <QtTest/QtTest>
 
 #include <random>
 
@@ -21,6 +13,8 @@ namespace {
 
 using text::TextDocument;
 using text::TextPosition;
+
+using TextViewTest = fake::TextViewTest;
 
 TEST(LineRuler, AgreesWithTheTextsColumnsAndFindsEveryCharacterAgainAlsoAfterEdits) {
     QFont font;
@@ -55,78 +49,6 @@ TEST(LineRuler, AgreesWithTheTextsColumnsAndFindsEveryCharacterAgainAlsoAfterEdi
         }
     }
 }
-
-struct TextForm : Form {
-    explicit TextForm(Desktop& desktop) : Form(desktop, "frmText", "Text") {}
-    ReportText rtbText{*this, "rtbText"};
-};
-
-class TextViewTest : public testing::Test {
-protected:
-    TextViewTest() {
-        model.font = Font{.name = "Courier New", .size = 10};
-        view.setModel(&model);
-        view.setFrameShape(QFrame::NoFrame);
-        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        view.resize(400, 10 * int(rowHeight()) + 5); // ten whole rows
-        view.show();
-        view.activateWindow();
-        view.setFocus();
-    }
-    ~TextViewTest() override { view.setModel(nullptr); }
-
-    void showText(const std::string& whole) {
-        model.setDocument(std::make_shared<TextDocument>(TextDocument::fromBytes(whole)));
-    }
-    void showLines(int count, const std::string& rest = "") {
-        std::string whole;
-        for (int i = 0; i < count; ++i)
-            whole += (i ? "\n" : "") + std::to_string(i) + rest;
-        showText(whole);
-    }
-    // A text for editing in which [ is the selection's start, if there is one, and | the caret.
-    void showMarked(std::string marked) {
-        model.locked = false;
-        const std::size_t caretMark = marked.find('|');
-        const std::size_t anchorMark = marked.find('[');
-        std::erase_if(marked, [](char c) { return c == '|' || c == '['; });
-        showText(marked);
-        const auto place = [&](std::size_t mark, std::size_t other) {
-            return model.document()->positionAt(mark - (other < mark));
-        };
-        const TextPosition caret = place(caretMark, anchorMark);
-        model.userSelect(anchorMark == std::string::npos ? caret : place(anchorMark, caretMark), caret);
-    }
-    std::string marked() const {
-        const TextDocument& document = *model.document();
-        std::string all = document.text({{}, document.end()});
-        const bool selected = model.anchor() != model.caret();
-        const bool caretFirst = model.caret() < model.anchor();
-        all.insert(document.offsetOf(std::max(model.anchor(), model.caret())), caretFirst ? "[" : "|");
-        if (selected)
-            all.insert(document.offsetOf(std::min(model.anchor(), model.caret())), caretFirst ? "|" : "[");
-        return all;
-    }
-    double rowHeight() const { return std::ceil(QFontMetricsF(view.font()).height()); }
-    QPoint at(int row, double column) const {
-        return {int(3 + column * QFontMetricsF(view.font()).horizontalAdvance('x')),
-            int((row + 0.5) * rowHeight())};
-    }
-    void compose(const QString& preedit, const QString& commit, int from = 0, int length = 0) {
-        QInputMethodEvent event(preedit, {});
-        event.setCommitString(commit, from, length);
-        QApplication::sendEvent(&view, &event);
-    }
-    QImage picture() {
-        view.viewport()->repaint();
-        return view.viewport()->grab().toImage();
-    }
-
-    fake::ScriptedDesktop desktop;
-    std::shared_ptr<TextForm> form = std::make_shared<TextForm>(desktop);
-    ReportText& model = form->rtbText;
-    TextView view;
-};
 
 TEST_F(TextViewTest, KeysWheelAndBarBringTheRightLines) {
     showLines(1000);
@@ -225,211 +147,6 @@ TEST_F(TextViewTest, SelectionByKeysAndMouseIsCopiedAsText) {
     EXPECT_EQ(model.selectedText(), "");
 }
 
-TEST_F(TextViewTest, EveryKeyMovesOrChangesJustWhatItStandsFor) {
-    struct Case {
-        const char* before;
-        int key;
-        Qt::KeyboardModifiers held;
-        const char* after;
-    };
-    constexpr auto none = Qt::NoModifier;
-    constexpr auto shift = Qt::ShiftModifier;
-    constexpr auto ctrl = Qt::ControlModifier;
-    QApplication::clipboard()->setText("p\nq");
-    for (const Case& each : {
-             Case{"a|b", Qt::Key_Right, none, "ab|"},
-             Case{"ab|\r\nc", Qt::Key_Right, none, "ab\r\n|c"},
-             Case{"ab\r\n|c", Qt::Key_Left, none, "ab|\r\nc"},
-             Case{"|e\u0301\u0323x", Qt::Key_Right, none, "e\u0301\u0323|x"},
-             Case{"\U0001F469\u200D\U0001F680|x", Qt::Key_Left, none, "|\U0001F469\u200D\U0001F680x"},
-             Case{"a[bc|d", Qt::Key_Left, none, "a|bcd"},
-             Case{"a|bc[d", Qt::Key_Right, none, "abc|d"},
-             Case{"a[b|c", Qt::Key_Right, shift, "a[bc|"},
-             Case{"ab_1 |-- c", Qt::Key_Right, ctrl, "ab_1 -- |c"},
-             Case{"ab_1  |c", Qt::Key_Left, ctrl, "|ab_1  c"},
-             Case{"ab\n|c", Qt::Key_Left, Qt::ControlModifier | shift, "ab|\n[c"},
-             Case{"ab\ncd|e", Qt::Key_Home, none, "ab\n|cde"},
-             Case{"a|b\ncd", Qt::Key_End, shift, "a[b|\ncd"},
-             Case{"ab\nc|d", Qt::Key_Home, ctrl, "|ab\ncd"},
-             Case{"a|b\ncd", Qt::Key_End, ctrl, "ab\ncd|"},
-             Case{"a測|\n\té", Qt::Key_Down, none, "a測\n|\té"},
-             Case{"e\u0301e\u0301x\nab|c", Qt::Key_Up, none, "e\u0301e\u0301|x\nabc"},
-             Case{"a|b", Qt::Key_Up, none, "a|b"},
-             Case{"a\nb|", Qt::Key_PageUp, shift, "a|\nb["},
-             Case{"a[b|c", Qt::Key_Z, none, "az|c"},
-             Case{"a|\r\nb", Qt::Key_Return, none, "a\r\n|\r\nb"},
-             Case{"a|b", Qt::Key_Tab, none, "a\t|b"},
-             Case{"ae\u0301|b", Qt::Key_Backspace, none, "ae|b"},
-             Case{"a|e\u0301b", Qt::Key_Delete, none, "a|b"},
-             Case{"a\r\n|b", Qt::Key_Backspace, none, "a|b"},
-             Case{"a|\r\nb", Qt::Key_Delete, none, "a|b"},
-             Case{"x [yz|", Qt::Key_Backspace, none, "x |"},
-             Case{"one two|", Qt::Key_Backspace, ctrl, "one |"},
-             Case{"one |two x", Qt::Key_Delete, ctrl, "one |x"},
-             Case{"a[b|c", Qt::Key_V, ctrl, "ap\nq|c"},
-             Case{"a|\r\n", Qt::Key_Insert, shift, "ap\r\nq|\r\n"},
-             Case{"a[b|c", Qt::Key_X, ctrl, "a|c"},
-             Case{"|ab\nc", Qt::Key_A, ctrl, "[ab\nc|"},
-             Case{"a|b", Qt::Key_G, ctrl, "a|b"},
-             Case{"a|b", Qt::Key_G, Qt::AltModifier, "a|b"},
-         }) {
-        if (each.held == ctrl && each.key == Qt::Key_X)
-            QApplication::clipboard()->setText("p\nq");
-        showMarked(each.before);
-        QTest::keyClick(&view, Qt::Key(each.key), each.held);
-        EXPECT_EQ(marked(), each.after) << each.before << " " << each.key;
-    }
-    EXPECT_EQ(QApplication::clipboard()->text(), "b");
-}
-
-TEST_F(TextViewTest, MovingUpAndDownKeepsTheColumnAndTheWrappedRows) {
-    showMarked("abcdefgh|\nab\nabcdefghij");
-    const auto press = [&](std::initializer_list<int> keys) {
-        for (const int each : keys)
-            QTest::keyClick(&view, Qt::Key(each));
-    };
-    press({Qt::Key_Down, Qt::Key_Down});
-    EXPECT_EQ(marked(), "abcdefgh\nab\nabcdefgh|ij");
-    press({Qt::Key_Up, Qt::Key_Left, Qt::Key_Down});
-    EXPECT_EQ(marked(), "abcdefgh\nab\na|bcdefghij");
-    model.wrapsLines = true;
-    view.resize(at(0, 10).x(), view.height()); // "aaaa bbbb " is a row
-    showMarked("aaaa bb|bb cccc");
-    press({Qt::Key_Down, Qt::Key_Home});
-    EXPECT_EQ(marked(), "aaaa bbbb |cccc");
-    press({Qt::Key_End, Qt::Key_Up, Qt::Key_End});
-    EXPECT_EQ(marked(), "aaaa bbbb| cccc");
-}
-
-TEST_F(TextViewTest, TypingIsUndoneInTheStepsInWhichItWasDone) {
-    showMarked("|end");
-    QTest::keyClicks(&view, "one");
-    QTest::keyClick(&view, Qt::Key_Right);
-    QTest::keyClick(&view, Qt::Key_Right);
-    QTest::keyClicks(&view, "two");
-    QTest::keyClick(&view, Qt::Key_Backspace);
-    EXPECT_EQ(marked(), "oneentw|d");
-    std::vector<std::string> steps;
-    for (int i = 0; i < 5 && model.document()->canUndo(); ++i) {
-        QTest::keyClick(&view, Qt::Key_Z, Qt::ControlModifier);
-        steps.push_back(marked());
-    }
-    EXPECT_THAT(steps, testing::AllOf(testing::Contains("oneen|d"), testing::Contains("|end"),
-                           testing::SizeIs(testing::Le(3))));
-    model.sentCommand(ReportText::Command::Redo);
-    EXPECT_EQ(marked(), "one|end");
-}
-
-TEST_F(TextViewTest, NothingChangesALockedOrDisabledText) {
-    struct Case {
-        bool locked;
-        bool enabled;
-    };
-    for (const Case& each : {Case{true, true}, Case{false, false}}) {
-        showMarked("a[b|c\n");
-        model.locked = each.locked;
-        model.enabled = each.enabled;
-        QApplication::clipboard()->setText("p");
-        for (const int pressed : {int(Qt::Key_X), int(Qt::Key_Return), int(Qt::Key_Tab),
-                 int(Qt::Key_Backspace), int(Qt::Key_Delete)})
-            QTest::keyClick(&view, Qt::Key(pressed));
-        for (const auto command : {ReportText::Command::Cut, ReportText::Command::Paste,
-                 ReportText::Command::Delete, ReportText::Command::Undo})
-            model.sentCommand(command);
-        compose("x", "y");
-        EXPECT_FALSE(view.inputMethodQuery(Qt::ImEnabled).toBool());
-        QAccessible::queryAccessibleInterface(&view)->editableTextInterface()->insertText(0, "z");
-        EXPECT_EQ(marked(), "a[b|c\n");
-        EXPECT_EQ(QAccessible::queryAccessibleInterface(&view)->state().readOnly, 1u);
-        model.enabled = true;
-    }
-    const QPointer<QMenu> menu = [&] {
-        view.addAction(new QAction("Find", &view));
-        QTest::keyClick(&view, Qt::Key_F10, Qt::ShiftModifier);
-        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    }();
-    ASSERT_TRUE(menu);
-    QStringList offered;
-    for (const QAction* action : menu->actions())
-        if (action->isEnabled() && !action->isSeparator())
-            offered << action->text();
-    EXPECT_EQ(offered,
-        QStringList({"&Undo", "&Redo", "Cu&t", "&Copy", "&Paste", "&Delete", "Select &All", "Find"}).mid(2));
-    menu->close();
-}
-
-TEST_F(TextViewTest, TabLeavesALockedTextAndWithShiftOrCtrlAnyOther) {
-    QWidget window;
-    QWidget* others[2] = {};
-    for (QWidget*& other : others) {
-        other = new QWidget(&window);
-        other->setFocusPolicy(Qt::TabFocus);
-    }
-    view.setParent(&window);
-    QWidget::setTabOrder(others[0], &view);
-    QWidget::setTabOrder(&view, others[1]);
-    window.show();
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    struct Case {
-        bool locked;
-        Qt::Key key;
-        Qt::KeyboardModifiers held;
-        QWidget* focus;
-    };
-    for (const Case& each : {Case{true, Qt::Key_Tab, {}, others[1]}, Case{false, Qt::Key_Tab, {}, &view},
-             Case{false, Qt::Key_Backtab, Qt::ShiftModifier, others[0]},
-             Case{false, Qt::Key_Tab, Qt::ControlModifier, others[1]}}) {
-        model.locked = each.locked;
-        view.show();
-        view.setFocus();
-        QTest::keyClick(&view, each.key, each.held);
-        EXPECT_EQ(window.focusWidget(), each.focus) << each.locked << each.key;
-    }
-    view.setParent(nullptr);
-}
-
-TEST_F(TextViewTest, WhatIsComposedIsSeenButNotTextUntilItIsDone) {
-    showMarked("é[x|y\nnext");
-    const QImage before = picture();
-    compose("ni", "");
-    EXPECT_EQ(marked(), "é|y\nnext");
-    const QImage composing = picture();
-    EXPECT_NE(composing, before);
-    compose("", "你");
-    EXPECT_EQ(marked(), "é你|y\nnext");
-    EXPECT_NE(picture(), composing);
-    EXPECT_EQ(view.inputMethodQuery(Qt::ImSurroundingText).toString(), "é你y");
-    EXPECT_EQ(view.inputMethodQuery(Qt::ImCursorPosition).toInt(), 2);
-    compose("", "妳", -1, 1);
-    EXPECT_EQ(marked(), "é妳|y\nnext");
-    EXPECT_TRUE(view.rect().contains(view.inputMethodQuery(Qt::ImCursorRectangle).toRectF().toRect()));
-}
-
-TEST_F(TextViewTest, AssistiveTechnologyReadsAndEditsTheText) {
-    showMarked("a\U0001F600b\r\n[cé|");
-    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&view);
-    QAccessibleTextInterface* told = face->textInterface();
-    int from = 0, to = 0;
-    EXPECT_EQ(told->text(0, told->characterCount()), "a\U0001F600b\ncé");
-    told->selection(0, &from, &to);
-    EXPECT_EQ(from, 5);
-    EXPECT_EQ(told->cursorPosition(), 7);
-    told->setCursorPosition(3);
-    face->editableTextInterface()->replaceText(1, 3, "x\ny");
-    EXPECT_EQ(marked(), "ax\r\ny|b\r\ncé");
-    EXPECT_EQ(told->offsetAtPoint(told->characterRect(4).center()), 4);
-
-    showLines(200'000, " of many lines"); // told in part
-    EXPECT_LT(told->characterCount(), 1'000'000);
-    model.select({150'000, 2}, {150'000, 6});
-    told->selection(0, &from, &to);
-    EXPECT_EQ(told->text(from, to), "0000");
-    told->setSelection(0, from, from + 1);
-    EXPECT_EQ(model.anchor(), (TextPosition{150'000, 2}));
-    EXPECT_EQ(model.caret(), (TextPosition{150'000, 3}));
-}
-
 TEST_F(TextViewTest, ControlAndDirectionCharactersAreSeenAndChangeNoOrder) {
     for (const bool wraps : {false, true}) {
         model.wrapsLines = wraps;
@@ -437,21 +154,21 @@ TEST_F(TextViewTest, ControlAndDirectionCharactersAreSeenAndChangeNoOrder) {
             showText(line);
             return picture();
         };
-        const int column = at(0, 2).x();
-        const auto rest = [&](const QImage& image) { return image.copy(column, 0, 200, image.height()); };
+        const auto from = [&](const QImage& image, int column) {
+            return image.copy(int(at(0, column).x() * image.devicePixelRatio()), 0, 200, image.height());
+        };
+        const auto rest = [&](const QImage& image) { return from(image, 2); };
         const QImage letter = shown("1|abc 123");
         std::vector<QImage> seen{letter};
         for (const char* control :
             {"\x1B", "\x7F", "\u0085", "\u202E", "\u2067", "\u200B", "\uFEFF", "\u2028"}) {
             seen.push_back(shown("1" + std::string(control) + "abc 123"));
-            EXPECT_EQ(rest(seen.back()), rest(letter)) << wraps << control + 0;
+            EXPECT_EQ(rest(seen.back()), rest(letter)) << wraps << control;
             for (std::size_t i = 0; i + 1 < seen.size(); ++i)
                 EXPECT_NE(seen[i], seen.back()) << wraps << i;
         }
-        // An Arabic or Thai word leaves what stands behind it at its column.
-        const auto behind = [&](const QImage& image) {
-            return image.copy(at(0, 8).x(), 0, 200, image.height());
-        };
+        // An Arabic word leaves what stands behind it at its column.
+        const auto behind = [&](const QImage& image) { return from(image, 8); };
         if (!wraps) {
             EXPECT_EQ(behind(shown("سلام    abc")), behind(shown("        abc")));
         }
@@ -490,8 +207,12 @@ TEST_F(TextViewTest, AnEditedTextLooksLikeTheSameTextShownAfresh) {
                 fresh.setModel(&model);
                 fresh.resize(view.size());
                 fresh.show();
+                QCoreApplication::processEvents();
                 fresh.showPosition(document.end());
                 fresh.showPosition(top);
+                // In a proportional font the bar's range is what has been seen so far.
+                fresh.horizontalScrollBar()->setMaximum(
+                    std::max(left, fresh.horizontalScrollBar()->maximum()));
                 fresh.horizontalScrollBar()->setValue(left);
                 ASSERT_EQ(fresh.firstVisible(), top) << font << wraps << i;
                 EXPECT_EQ(fresh.viewport()->grab().toImage(), edited) << font << wraps << i;

@@ -125,6 +125,7 @@ TEST(TextDocument, UndoesWhatAUserTakesForOneStep) {
         {"Delete", ">>", {"12", "1234"}},
         {"both", "<>", {"14", "1234"}},
         {"Backspace takes typing back", "ab<", {"12a34", "12ab34", "1234"}},
+        {"typing behind Backspace", "<ab", {"1ab34", "134", "1234"}},
         {"typing goes on after undoing", "abuc", {"12c34", "1234"}},
         {"saving ends a step", "asb", {"12ab34", "12a34", "1234"}},
         {"a redone step is whole", "abu|r", {"12ab34", "1234"}},
@@ -184,6 +185,8 @@ TEST(TextDocument, KeepsLinesThatSpanEditsForAWhile) {
         document.line(i);
     EXPECT_EQ(first, std::string(50, '0') + "|" + std::string(50, '0'));
     EXPECT_EQ(document.line(0).data(), first.data());
+    document.replace({{0, 50}, {0, 51}}, "-");
+    EXPECT_EQ(document.line(0), std::string(50, '0') + "-" + std::string(50, '0'));
 }
 
 TEST(TextDocument, IsNotWrittenInAnEncodingThatLacksACharacter) {
@@ -218,6 +221,7 @@ TEST(TextDocument, IsNotWrittenInAnEncodingThatLacksACharacter) {
 }
 
 TEST(TextDocument, IsWrittenInItsEncodingAfterEdits) {
+    const std::string umlauts(1 << 20, '\xFC');
     const struct {
         std::string what;
         std::string before;
@@ -229,6 +233,7 @@ TEST(TextDocument, IsWrittenInItsEncodingAfterEdits) {
             "\xEF\xBB\xBF"
             "1\r\nX2"},
         {"windows-1252", "\x80\n\xB0", "\x80\nX\xB0"},
+        {"more than is written at once", "\n-" + umlauts, "\nX-" + umlauts},
         {"UTF-16, lone surrogate and odd byte",
             std::string("\xFF\xFE\n\0\0\xD8"
                         "9",

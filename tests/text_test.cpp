@@ -52,6 +52,8 @@ TEST(TextDocument, SplitsDecodesMeasuresAndWritesBackEveryKindOfText) {
         {"CR as the last byte", "a\r", {"a", ""}, {0, 1}},
         {"first of equally wide lines", "x\nabc\ndef\n", {"x", "abc", "def", ""}, {1, 3}},
         {"tab reaches the next stop", "1234567\t\n12345678\t", {"1234567\t", "12345678\t"}, {1, 16}},
+        {"tabs in a short line", std::string(20, '-') + "\n1\t1\t1\t1\t1\t1",
+            {std::string(20, '-'), "1\t1\t1\t1\t1\t1"}, {1, 41}},
         {"zero byte and form feed", "a\0b\n\fab"s, {"a\0b"s, "\fab"}, {0, 3}},
         {"wide before long", "測量点\nabcde", {"測量点", "abcde"}, {0, 6}},
         {"combining marks take no column", "e\u0301e\u0301\nabc", {"e\u0301e\u0301", "abc"}, {1, 3}},
@@ -66,10 +68,8 @@ TEST(TextDocument, SplitsDecodesMeasuresAndWritesBackEveryKindOfText) {
             {"a", "\xED\xA0\x80"
                   "b"},
             {1, 2}, {"UTF-16BE", true}},
-        {"UTF-16 LE without mark",
-            "2\0"
-            "5\0\xB0\0\n\0"s,
-            {"25°", ""}, {0, 3}, {"UTF-16LE"}},
+        {"UTF-16 LE without mark", "1\0002\0003\0004\0005\0006\0007\0\xAC\x20\n\0"s, {"1234567€", ""}, {0, 8},
+            {"UTF-16LE"}},
         {"UTF-16 BE without mark, odd byte", "\0a\0b\0c\0"s, {"abc"}, {0, 3}, {"UTF-16BE"}},
         {"UTF-16 that only the user knows", "\x2C\x6E\xCF\x91"s, {"測量"}, {0, 4}, {"UTF-16LE"}, "UTF-16LE"},
     };
@@ -108,7 +108,8 @@ private:
 TEST(TextDocument, IsTheSameWhereverReadingDividesItsBytes) {
     const std::string tail = "é\r\n\t測\r\r\n\xF0\x9F\x98\x80\r";
     const std::vector<std::string> lines = {"é", "\t測", "", "😀", ""};
-    for (const std::size_t before : {5000u, 16369u, 16376u, 16379u, 16380u, 16381u, 16382u, 16383u, 70000u})
+    for (const std::size_t before :
+        {5000u, 16369u, 16376u, 16379u, 16380u, 16381u, 16382u, 16383u, 16384u, 70000u})
         for (const std::size_t portion : {1u, 2u, 3u, 4096u, 100000u}) {
             SCOPED_TRACE(testing::Message() << before << " bytes before, " << portion << " at a time");
             Trickle source(std::string(before - 1, '-') + "\n" + tail, portion, portion == 3 ? 1 << 20 : 7);
@@ -117,8 +118,18 @@ TEST(TextDocument, IsTheSameWhereverReadingDividesItsBytes) {
                                                lines[1], lines[2], lines[3], lines[4]));
             EXPECT_EQ(document.widestLine().columns, before - 1);
             EXPECT_EQ(document.encoding(), Encoding());
-            Trickle damaged(std::string(before, '-') + tail.substr(0, 1), portion, 0);
-            EXPECT_EQ(TextDocument::load(damaged).encoding().name, "windows-1252");
+
+            Trickle western(std::string(before - 1, '-') + "\r\n\xB0", portion, 0);
+            EXPECT_THAT(linesOf(TextDocument::load(western)),
+                testing::ElementsAre(std::string(before - 1, '-'), "°"));
+            Trickle cutOff(std::string(before - 1, '-') + '\xC3' + std::string(20'000, '-'), portion, 0);
+            EXPECT_EQ(TextDocument::load(cutOff).encoding().name, "windows-1252");
+            Trickle wanted("\xFF" + std::string(before, '-') + "\n", portion, 0);
+            const auto damaged = TextDocument::load(wanted, basicCodePages(), encodings::utf8);
+            EXPECT_EQ(damaged.lineCount(), 2u);
+            EXPECT_EQ(damaged.widestLine().columns, before + 1);
+            Trickle accented("é" + std::string(before, '-') + "\n", portion, 0);
+            EXPECT_EQ(TextDocument::load(accented).widestLine().columns, before + 1);
         }
 }
 
@@ -166,7 +177,8 @@ TEST(TextDocument, TrustsAGuessOfItsEncodingOnlyOnEvidence) {
         degrees += "25\xB0"
                    "00 ";
     const std::string pairs = "\xB2\xE2\xC1\xBF\xB5\xE3\xC3\xFB";
-    const std::string chance = "25\xB0"
+    const std::string chance = "gr\xF6\xDF"
+                               "er 25\xB0"
                                "A 25\xB1"
                                "B 25\xB2"
                                "C 25\xB3"
@@ -182,6 +194,7 @@ TEST(TextDocument, TrustsAGuessOfItsEncodingOnlyOnEvidence) {
         {"a handful of signs", "25\xB0 \xB1 3 m\xB2", "Alphabet", "windows-1252", "windows-1252"},
         {"a page of the same sign", degrees, "Alphabet", "windows-1252", "windows-1252"},
         {"a page of words", alphabet, "Alphabet", "windows-1252", "Alphabet"},
+        {"half a page of words", alphabet.substr(0, 60), "Alphabet", "windows-1252", "windows-1252"},
         {"a page far behind", std::string(100'000, '\n') + alphabet, "Alphabet", "windows-1252", "Alphabet"},
         {"no guess", alphabet, "", "Alphabet", "Alphabet"},
         {"a guess that nobody knows", alphabet, "Klingon", "Alphabet", "Alphabet"},

@@ -142,7 +142,7 @@ void LineScanner::endLonelyReturns(std::string_view text, std::size_t end) {
 
 void LineScanner::endLine(std::string_view text, std::size_t end, std::size_t next) {
     const std::string_view line = text.substr(lineStart_, end - lineStart_);
-    if (mayTakeMoreColumns(line, widest_.columns)) {
+    if (plainLine_ ? line.size() > widest_.columns : mayTakeMoreColumns(line, widest_.columns)) {
         const std::size_t columns = plainLine_ ? line.size() : columnsOf(line);
         if (columns > widest_.columns)
             widest_ = {starts_.size(), columns};

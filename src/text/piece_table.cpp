@@ -91,11 +91,14 @@ PieceTable::Lines PieceTable::wholeLinesAround(std::size_t line) const {
 
 std::string PieceTable::copy(std::uint64_t begin, std::uint64_t end) const {
     std::string text;
+    if (begin >= end)
+        return text;
     text.reserve(end - begin);
-    while (begin < end) {
-        const std::string_view next = stretch(begin, end);
-        text += next;
-        begin += next.size();
+    for (std::size_t i = pieceAt(begin); begin < end; ++i) {
+        const Piece& piece = pieces_[i];
+        const std::uint64_t next = std::min(end, piece.offset + piece.length);
+        text += bytesOf(piece).substr(begin - piece.offset, next - begin);
+        begin = next;
     }
     return text;
 }

@@ -75,6 +75,7 @@ bool Reader::breakWord(WordMeaning meaning, const Token& token) {
         blocks_.breakSection();
         break;
     case Act::SectionBreak:
+        putDownText();
         blocks_.setSectionBreak(meaning.argument == 1);
         break;
     case Act::PageBreak:

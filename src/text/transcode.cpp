@@ -75,14 +75,20 @@ CodePages::Encoded toUtf16(std::string_view text, ByteOrder order) {
     CodePages::Encoded encoded;
     encoded.bytes.reserve(2 * text.size());
     const auto append = [&](char32_t unit) { appendUtf16Bytes(encoded.bytes, unit, order); };
-    encodeEach(
-        text, encoded, [&](std::string_view ascii) { std::ranges::for_each(ascii, append); },
-        [&](const DecodedCharacter& character, std::string_view bytes) {
-            const char32_t unit = character.valid ? character.codePoint : surrogateAt(bytes, 0);
-            if (unit != 0)
-                append(unit);
-            return unit != 0;
-        });
+    const auto appendAscii = [&](std::string_view ascii) {
+        std::size_t low = encoded.bytes.size() + (order == ByteOrder::LittleEndian ? 0 : 1);
+        encoded.bytes.resize(encoded.bytes.size() + 2 * ascii.size());
+        for (const char character : ascii) {
+            encoded.bytes[low] = character;
+            low += 2;
+        }
+    };
+    encodeEach(text, encoded, appendAscii, [&](const DecodedCharacter& character, std::string_view bytes) {
+        const char32_t unit = character.valid ? character.codePoint : surrogateAt(bytes, 0);
+        if (unit != 0)
+            append(unit);
+        return unit != 0;
+    });
     return encoded;
 }
 

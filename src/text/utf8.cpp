@@ -148,7 +148,15 @@ std::string fromUtf16Bytes(std::string_view bytes, ByteOrder order) {
     };
     std::string out;
     out.reserve(count);
+    const auto isAscii = [&](std::size_t i) { return unitAt(i) < 0x80; };
     for (std::size_t i = 0; i < count; ++i) {
+        // The usual case, four at a time.
+        if (count - i >= 4 && isAscii(i) && isAscii(i + 1) && isAscii(i + 2) && isAscii(i + 3)) {
+            const char* four = bytes.data() + 2 * i + low;
+            out.append({four[0], four[2], four[4], four[6]});
+            i += 3;
+            continue;
+        }
         char32_t unit = unitAt(i);
         if (isHighSurrogate(unit) && i + 1 < count && isLowSurrogate(unitAt(i + 1)))
             unit = 0x10000 + ((unit - 0xD800) << 10) + (unitAt(++i) - 0xDC00);

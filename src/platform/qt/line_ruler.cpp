@@ -68,11 +68,20 @@ void LineRuler::changed(const text::TextChange& change) {
     marks_ = std::move(kept);
 }
 
-LineRuler::Spot LineRuler::step(std::string_view line, Spot from, std::size_t end) {
+LineRuler::Spot LineRuler::step(std::string_view line, Spot from, std::size_t end, double x) {
     if (fixedPitch_) {
         const std::size_t columns = text::advanceColumns(line.substr(0, end), from.byte, std::size_t(from.x));
         return {from.byte, double(columns)};
     }
+    Spot run = from;
+    for (; run.byte < end && line[run.byte] >= 0x20; ++run.byte) {
+        const double after = run.x + plainWidths_[static_cast<unsigned char>(line[run.byte])];
+        if (after > x)
+            break;
+        run.x = after;
+    }
+    if (run.byte > from.byte)
+        return run;
     if (line[from.byte] == '\t') {
         const double stop = double(text::tabStop) * columnWidth_;
         return {from.byte + 1, (std::floor(from.x / stop) + 1) * stop};
@@ -99,7 +108,7 @@ LineRuler::Spot LineRuler::walk(std::string_view line, std::size_t number, std::
         std::size_t end = std::min(limit, (spot.byte / markDistance + 1) * markDistance);
         for (int i = 0; i < 3 && end < line.size() && (line[end] & 0xC0) == 0x80; ++i)
             ++end;
-        const Spot next = step(line, spot, end);
+        const Spot next = step(line, spot, end, x);
         if (next.x > x) {
             // Within a run of a fixed-pitch font every byte is a column.
             if (fixedPitch_ && isInRun(line[spot.byte])) {

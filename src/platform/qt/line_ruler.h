@@ -43,8 +43,9 @@ public:
     void changed(const text::TextChange& change);
 
 private:
-    // Goes over a run of plain characters or one other, not beyond `end`; x counts in units.
-    Spot step(std::string_view line, Spot from, std::size_t end);
+    // Goes over a run of plain characters or one other, not beyond `end`; x counts in units. In a
+    // proportional font the run stays at or before `x`; the one other character may go beyond.
+    Spot step(std::string_view line, Spot from, std::size_t end, double x);
     double characterWidth(char32_t character);
     // Walks to the last spot whose byte is not above `byte` and whose x is not above `x`.
     Spot walk(std::string_view line, std::size_t number, std::size_t byte, double x);

@@ -242,14 +242,15 @@ bool isFiller(const QTextBlockFormat& format) {
     return format.boolProperty(Filler);
 }
 
-QTextTableFormat tableFormat(TableEdges edges, const std::vector<int>& columns, bool continues) {
+QTextTableFormat tableFormat(
+    TableEdges edges, const std::vector<int>& columns, bool continues, bool sharesBorders) {
     QTextTableFormat shown;
     QList<QTextLength> widths;
     for (const int width : columns)
         widths.append(QTextLength(QTextLength::FixedLength, shownPixels(width)));
     shown.setColumnWidthConstraints(widths);
     shown.setBorder(1);
-    shown.setBorderCollapse(true);
+    shown.setBorderCollapse(sharesBorders);
     shown.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
     shown.setBorderBrush(QColor(128, 128, 128)); // seen on light and on dark
     shown.setCellPadding(3);

@@ -43,7 +43,8 @@ bool isFiller(const QTextBlockFormat& format);
 using TableEdges = std::vector<std::vector<int>>;
 // `columns`: widths of the toolkit's columns, twips. A long table is several of the document's, of which all
 // but the first continue it.
-QTextTableFormat tableFormat(TableEdges edges, const std::vector<int>& columns, bool continues);
+QTextTableFormat tableFormat(
+    TableEdges edges, const std::vector<int>& columns, bool continues, bool sharesBorders);
 // Empty when the table was not made by tableFormat().
 const TableEdges& tableEdges(const QTextTableFormat& format);
 bool continuesTable(const QTextTableFormat& format);

@@ -175,16 +175,17 @@ private:
         const TableGrid grid(table);
         const auto step = std::size_t(std::max(1, mostCells / grid.columns()));
         for (std::size_t row = 0; row < table.rows.size(); row += step)
-            writeRows(
-                std::span(table.rows).subspan(row, std::min(step, table.rows.size() - row)), grid, row > 0);
+            writeRows(std::span(table.rows).subspan(row, std::min(step, table.rows.size() - row)), grid,
+                row > 0, table.rows.size() <= step);
     }
 
-    void writeRows(std::span<const text::TableRow> rows, const TableGrid& grid, bool continues) {
+    void writeRows(
+        std::span<const text::TableRow> rows, const TableGrid& grid, bool continues, bool sharesBorders) {
         TableEdges edges;
         for (const text::TableRow& row : rows)
             edges.push_back(row.rightEdges);
-        QTextTable* shown = cursor_.insertTable(
-            int(rows.size()), grid.columns(), tableFormat(std::move(edges), grid.widths(), continues));
+        QTextTable* shown = cursor_.insertTable(int(rows.size()), grid.columns(),
+            tableFormat(std::move(edges), grid.widths(), continues, sharesBorders));
         for (int row = 0; row < shown->rows(); ++row)
             writeRow(*shown, row, rows[std::size_t(row)], grid);
         cursor_ = shown->lastCursorPosition();

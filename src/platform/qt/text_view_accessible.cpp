@@ -190,7 +190,8 @@ void TextViewAccessible::tellRenewed() {
 // What has gone is known only from the window as it was. A window that does not begin with the text may move
 // with the edit: then nothing is told but the caret.
 void TextViewAccessible::tellChange(const text::TextChange& change) {
-    const bool tells = revision_ == view_->revision() - 1 && range_.from == TextPosition() && change.oldEnd <= range_.to;
+    const bool tells =
+        revision_ == view_->revision() - 1 && range_.from == TextPosition() && change.oldEnd <= range_.to;
     int from = 0;
     QString removed;
     if (tells) {
