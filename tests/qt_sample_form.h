@@ -5,6 +5,7 @@
 #include "platform/qt/form_window.h"
 #include "platform/qt/gauge_bar.h"
 #include "platform/qt/qt_desktop.h"
+#include "platform/qt/report_view.h"
 #include "platform/qt/text_view.h"
 
 #include <gtest/gtest.h>
@@ -72,7 +73,7 @@ public:
         add(new QPushButton(contents()), form.cmdOk);
         add(new GaugeBar(contents()), form.pnlGauge);
         add(new QTabWidget(contents()), form.tabPages);
-        add(new TextView(contents()), form.rtbText);
+        add(new ReportView(contents()), form.rtbText);
     }
 };
 

@@ -140,7 +140,7 @@ TEST_F(Binding, EveryViewHasNamesAndFollowsEnabledVisibleAndToolTip) {
         control->visible = false;
         EXPECT_FALSE(shown->isVisible()) << control->name();
     }
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(view<QWidget>(form->rtbText))->role(),
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(view<QWidget>(form->rtbText)->focusProxy())->role(),
         QAccessible::EditableText);
 }
 
@@ -169,13 +169,15 @@ TEST_F(Binding, FocusAndMouseReachTheControlTheyAreAt) {
     press(Qt::Key_Tab);
     form->cmdOk.setFocus();
     EXPECT_TRUE(view<QPushButton>(form->cmdOk)->hasFocus());
-    EXPECT_THAT(log, ElementsAre("+txtName", "-txtName", "+chkBold", "-chkBold", "+cmdOk"));
+    view<ReportView>(form->rtbText)->focusProxy()->setFocus();
+    EXPECT_THAT(
+        log, ElementsAre("+txtName", "-txtName", "+chkBold", "-chkBold", "+cmdOk", "-cmdOk", "+rtbText"));
     log.clear();
     const auto moveTo = [](QWidget* over, QPoint point) {
         QTest::mouseMove(window()->windowHandle(), over->mapTo(window(), point));
     };
     moveTo(view<QLabel>(form->lblTitle), {5, 5});
-    moveTo(view<TextView>(form->rtbText), {20, 20});
+    moveTo(view<ReportView>(form->rtbText), {20, 20});
     moveTo(window()->contents(), {1, 1});
     EXPECT_THAT(log, ElementsAre("over lblTitle", "over rtbText", "over form"));
 }
@@ -425,19 +427,16 @@ TEST(FileViewWindow, ShowsTheFileUnderItsTitleWithTheMenusOfItsMode) {
     fake::FakeHost host;
     fake::FakeFiles files;
     Component component(*desktop, files, host);
-    QTemporaryFile file;
-    ASSERT_TRUE(file.open());
-    file.write("first line\nsecond line\n");
-    file.close();
+    files.put("/jobs/a.log", "first line\nsecond line\n");
     RecordPtr prog = fake::programObject();
     cFileViewLoader loader(component);
-    loader.LoadFileViewForm(false, false, 25, file.fileName().toStdString(), prog, "");
+    loader.LoadFileViewForm(false, false, 25, "/jobs/a.log", prog, "");
 
     const auto form = loader.form();
     QWidget* const window = openWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    EXPECT_EQ(window->windowTitle(), "Processing Log: " + file.fileName());
-    auto* view = dynamic_cast<TextView*>(window->findChild<QWidget*>("rtbViewText"));
+    EXPECT_EQ(window->windowTitle(), "Processing Log: /jobs/a.log");
+    auto* view = dynamic_cast<TextView*>(window->findChild<QWidget*>("rtbViewText")->focusProxy());
     EXPECT_EQ(view->visibleText(), "first line\nsecond line\n");
     EXPECT_TRUE(view->hasFocus());
     QStringList menus;
@@ -445,9 +444,12 @@ TEST(FileViewWindow, ShowsTheFileUnderItsTitleWithTheMenusOfItsMode) {
         for (const QAction* item : menu->menu()->actions())
             if (item->isVisible())
                 menus << menu->text() + "/" + item->text() + (item->isEnabled() ? "" : " off");
-    EXPECT_EQ(menus, QStringList({"&File/&Open ...", "&File/&Save off", "&File/Save-&As", "&File/&Print ...",
-                         "&File/", "&File/&Close", "&View/&Refresh"}));
-    for (const char* hidden : {"pnlHelp", "pnlButtons", "cmdClose"})
+    EXPECT_EQ(menus,
+        QStringList({"&File/&Open ...", "&File/&Save off", "&File/Save-&As", "&File/&Print ...", "&File/",
+            "&File/&Close", "&View/&Refresh", "&View/Re&load File", "&View/", "&View/&Find ...",
+            "&View/Find &Next", "&View/Find &Previous", "&View/&Go to Line ...", "&View/", "&View/Zoom &In",
+            "&View/Zoom &Out", "&View/Normal Si&ze", "&View/&Wrap Lines"}));
+    for (const char* hidden : {"pnlHelp", "pnlButtons", "cmdClose", "pnlFind", "pnlNotice"})
         EXPECT_FALSE(window->findChild<QWidget*>(hidden)->isVisible()) << hidden;
     window->findChild<QAction*>("mnu_Close")->trigger();
     EXPECT_FALSE(form->isLoaded());

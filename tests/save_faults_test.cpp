@@ -63,6 +63,10 @@ private:
 
 enum class Way { Replaced, InPlace };
 
+void PrintTo(Way way, std::ostream* out) {
+    *out << (way == Way::Replaced ? "Replaced" : "InPlace");
+}
+
 class SaveFaults : public testing::TestWithParam<Way> {
 protected:
     SaveFaults() { reset(); }

@@ -7,6 +7,7 @@
 #include "platform/qt/tie.h"
 #include "platform/qt/twip_scale.h"
 
+#include <QAbstractScrollArea>
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
@@ -266,6 +267,9 @@ void bind(ReportView* view, ReportText& model) {
     auto* tie = tieWidget(view, model, [](Aspect) {});
     view->setModel(&model);
     QObject::connect(tie, &QObject::destroyed, view, [view] { view->setModel(nullptr); });
+    // The user's keys and mouse are at the view that is shown.
+    for (QAbstractScrollArea* shown : view->views())
+        new InputTie(shown, model, [](Aspect) {});
 }
 
 void place(QWidget* view, Control& model) {

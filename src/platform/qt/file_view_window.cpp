@@ -102,6 +102,7 @@ FileViewWindow::FileViewWindow(const std::shared_ptr<frmFileView>& form) : FormW
     setAcceptDrops(true);
 
     auto* text = new ReportView(contents());
+    text->setAccessibleName(QStringLiteral("Report text"));
     bind(text, form->rtbViewText);
     text->zoomed.connect([this](int steps) {
         if (const auto shown = viewer())

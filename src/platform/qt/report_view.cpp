@@ -9,12 +9,16 @@ ReportView::ReportView(QWidget* parent)
     : QStackedWidget(parent), plain_(new TextView(this)), rich_(new RichTextView(this)) {
     addWidget(plain_);
     addWidget(rich_);
-    for (QAbstractScrollArea* view :
-        {static_cast<QAbstractScrollArea*>(plain_), static_cast<QAbstractScrollArea*>(rich_)})
+    for (QAbstractScrollArea* view : views())
         view->setFrameShape(QFrame::NoFrame);
     setFocusProxy(plain_);
+    setFocusPolicy(Qt::StrongFocus);
     plain_->zoomRequested.connect([this](int steps) { zoomed(steps); });
     rich_->zoomRequested.connect([this](int steps) { zoomed(steps); });
+}
+
+std::array<QAbstractScrollArea*, 2> ReportView::views() const {
+    return {plain_, rich_};
 }
 
 void ReportView::setModel(ReportText* model) {
@@ -41,8 +45,8 @@ void ReportView::showKind() {
 }
 
 void ReportView::addToContextMenus(QAction* action) {
-    plain_->addAction(action);
-    rich_->addAction(action);
+    for (QAbstractScrollArea* view : views())
+        view->addAction(action);
 }
 
 } // namespace genutil

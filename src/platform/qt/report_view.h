@@ -5,6 +5,10 @@
 
 #include <QStackedWidget>
 
+#include <array>
+
+class QAbstractScrollArea;
+
 namespace genutil {
 
 class RichTextView;
@@ -17,6 +21,8 @@ public:
 
     // Follows the model from now on. Null lets go of it: what is shown stays.
     void setModel(ReportText* model);
+    // The plain-text view and the rich-text view.
+    std::array<QAbstractScrollArea*, 2> views() const;
     // Puts the action into the context menus of both views.
     void addToContextMenus(QAction* action);
 

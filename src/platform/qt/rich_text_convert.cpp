@@ -16,7 +16,7 @@
 namespace genutil::richtext {
 namespace {
 
-constexpr double margin = 6;            // pixels around the text
+constexpr double margin = 200;          // twips around the text: the indent of rich text
 constexpr int defaultTabDistance = 720; // twips
 
 text::Paragraph readParagraph(const QTextBlock& block) {
@@ -91,7 +91,7 @@ bool isEmptyFiller(const QTextBlock& block) {
 } // namespace
 
 RichDocument::RichDocument() {
-    setDocumentMargin(margin);
+    setDocumentMargin(margin / TwipScale::ofScreen().twipsPerPixel());
     QTextOption option = defaultTextOption();
     option.setTabStopDistance(defaultTabDistance / TwipScale::ofScreen().twipsPerPixel());
     setDefaultTextOption(option);
