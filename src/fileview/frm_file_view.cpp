@@ -83,8 +83,8 @@ frmFileView::frmFileView(Component& owner)
     connectText();
     connectTools();
     connectWindow();
-    Control* const furtherTabOrder[] = {&findBar.txtFind, &findBar.chkMatchCase, &findBar.chkWholeWord,
-        &findBar.cmdFindNext, &findBar.cmdFindPrevious, &findBar.cmdFindClose, &status.cboEncoding,
+    Control* const furtherTabOrder[] = {&findBar.txtFind, &findBar.cmdFindNext, &findBar.cmdFindPrevious,
+        &findBar.cmdFindClose, &findBar.chkMatchCase, &findBar.chkWholeWord, &status.cboEncoding,
         &notice.cmdReload, &notice.cmdIgnore};
     for (int next = rtbViewText.tabIndex; Control * control : furtherTabOrder)
         control->tabIndex = ++next;

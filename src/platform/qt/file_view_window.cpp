@@ -19,11 +19,13 @@
 namespace genutil {
 namespace {
 
-// One control after another in a bar.
+// One control after another in a bar of one or more rows.
 class Bar {
 public:
-    Bar(QWidget* parent, Panel& model) : frame_(new QFrame(parent)), row_(new QHBoxLayout(frame_)) {
-        row_->setContentsMargins(6, 3, 6, 3);
+    Bar(QWidget* parent, Panel& model) : frame_(new QFrame(parent)), rows_(new QVBoxLayout(frame_)) {
+        rows_->setContentsMargins(6, 3, 6, 3);
+        rows_->setSpacing(3);
+        beginRow();
         bind(frame_, model);
     }
 
@@ -37,10 +39,15 @@ public:
         return view;
     }
     void addSpace() { row_->addStretch(1); }
+    void beginRow() {
+        row_ = new QHBoxLayout;
+        rows_->addLayout(row_);
+    }
 
 private:
     QFrame* frame_;
-    QHBoxLayout* row_;
+    QVBoxLayout* rows_;
+    QHBoxLayout* row_ = nullptr;
 };
 
 QFrame* makeButtons(QWidget* parent, frmFileView& form) {
@@ -68,12 +75,15 @@ QFrame* makeFindBar(QWidget* parent, FindBar& find) {
     label->setBuddy(field);
     field->setAccessibleName(QStringLiteral("Find"));
     field->setClearButtonEnabled(true);
+    field->setMinimumWidth(100);
     bar.add<QPushButton>(find.cmdFindNext);
     bar.add<QPushButton>(find.cmdFindPrevious);
+    bar.add<QPushButton>(find.cmdFindClose);
+    // A second row, so that nothing is cut in a narrow window.
+    bar.beginRow();
     bar.add<QCheckBox>(find.chkMatchCase);
     bar.add<QCheckBox>(find.chkWholeWord);
-    bar.add<QLabel>(find.lblFindResult, 1);
-    bar.add<QPushButton>(find.cmdFindClose);
+    bar.add<QLabel>(find.lblFindResult, 1)->setContentsMargins(12, 0, 0, 0);
     return bar.frame();
 }
 
