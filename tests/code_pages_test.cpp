@@ -1,4 +1,5 @@
 #include "platform/system/system_files.h"
+#include "text/rtf.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -64,6 +65,15 @@ TEST_F(CodePages, EncodingRefusesTheFirstCharacterThatTheSetLacksOrWouldChange) 
         EXPECT_EQ(encoded->bytes, each.bytes) << each.name;
         EXPECT_EQ(encoded->refusedAt, each.refusedAt) << each.name;
     }
+}
+
+TEST_F(CodePages, ReadRichTextOfEveryFontsCharacterSet) {
+    const text::RichText rich =
+        text::readRtf("{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset128 A;}{\\f1\\fcharset204 B;}"
+                      "{\\f2\\fcharset134 C;}{\\f3\\fcharset161 D;}{\\f4\\fcharset130 E;}}"
+                      "\\f0\\'91\\'aa\\'97\\'ca\\f1\\'c6\\f2\\'b2\\'e2\\f3\\'f9\\f4\\'88a}",
+            pages);
+    EXPECT_EQ(text::plainText(rich), "測量Ж测ω가");
 }
 
 TEST_F(CodePages, KnowOnlyPlainNames) {

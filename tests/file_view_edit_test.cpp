@@ -238,6 +238,25 @@ TEST_F(Editing, SavesRichTextAsRichText) {
     EXPECT_EQ(text::readRtf(files.bytesOf("/jobs/s.rtf")), edited());
 }
 
+TEST_F(Editing, KeepsWhatItCannotShowOfARichTextUntilTheUserGivesItUp) {
+    const std::string bytes = "{\\rtf1{\\header Tarnbeck Dam}Text\\par}";
+    frmFileView& form = view(25, file("h.rtf", bytes), "ed");
+    form.mnu_Edit.userChoose();
+    ASSERT_TRUE(form.isModified());
+    form.mnu_Save.userChoose();
+    EXPECT_TRUE(desktop.messages.empty());
+    EXPECT_EQ(files.bytesOf("/jobs/h.rtf"), bytes) << "shown again, not edited";
+    form.rtbViewText.showRichFrom({[] { return text::readRtf("{\\rtf1 New\\par}"); }, {}});
+    form.rtbViewText.userEditRich();
+    desktop.answers = {Answer::No, Answer::Yes};
+    form.mnu_Save.userChoose();
+    EXPECT_THAT(desktop.messages.back().text, HasSubstr("headers"));
+    EXPECT_EQ(files.bytesOf("/jobs/h.rtf"), bytes);
+    EXPECT_TRUE(form.isModified());
+    form.mnu_Save.userChoose();
+    EXPECT_EQ(text::plainText(text::readRtf(files.bytesOf("/jobs/h.rtf"))), "New");
+}
+
 TEST_F(Editing, NoticesAFileThatChangesAndReadsItAgain) {
     frmFileView& form = view(25, path);
     const auto tell = [&] { desktop.watched.at(path)(); };

@@ -1,5 +1,6 @@
 #include "hostif/controls.h"
 #include "hostif/error.h"
+#include "hostif/report_text.h"
 #include "hostif/value.h"
 #include "support/scripted_desktop.h"
 
@@ -218,6 +219,39 @@ TEST(Event, SurvivesHandlersThatGoWhileItIsRaised) {
     event->connect([&] { ++calls; });
     (*event)();
     EXPECT_EQ(calls, 2);
+}
+
+TEST(ReportText, IsReadAndEditedByNameAndSaysWhatHasChanged) {
+    fake::ScriptedDesktop desktop;
+    const auto form = std::make_shared<TestForm>(desktop);
+    ReportText box(*form, "rtbTest");
+    std::vector<std::string> log;
+    box.change.connect([&] { log.push_back("change"); });
+    box.selectionChanged.connect([&] { log.push_back("selection"); });
+    box.edited.connect([&](const text::TextChange& edit) {
+        log.push_back("edited " + std::to_string(edit.newEnd.line) + "." + std::to_string(edit.newEnd.byte));
+    });
+    box.writeMember("Text", Value("one\ntwo"));
+    EXPECT_EQ(box.readMember("Text"), Value("one\r\ntwo"));
+    box.writeMember("SelStart", Value(std::int32_t(2)));
+    box.writeMember("SelLength", Value(std::int32_t(3)));
+    EXPECT_EQ(box.readMember("SelText"), Value("e\nt"));
+    log.clear();
+    box.writeMember("SelText", Value("X\nY")); // the lock holds the user back, not the host
+    EXPECT_EQ(box.readMember("Text"), Value("onX\r\nYwo"));
+    EXPECT_EQ(box.readMember("SelStart"), Value(std::int32_t(5)));
+    EXPECT_EQ(log, (std::vector<std::string>{"edited 1.1", "selection", "change"}));
+    EXPECT_FALSE(box.userUndo()) << "locked";
+    box.locked = false;
+    EXPECT_TRUE(box.userUndo() && !box.userUndo() && box.userRedo());
+    for (const std::int32_t wrong : {-1, std::numeric_limits<std::int32_t>::min()})
+        EXPECT_EQ(errorOf([&] { box.writeMember("SelStart", Value(wrong)); }), errors::InvalidCall);
+    auto rich = std::make_shared<text::RichText>();
+    rich->blocks.emplace_back(text::Paragraph{{{"rich", {}, {}}}, {}, {}});
+    box.setRichText(rich);
+    EXPECT_EQ(box.readMember("Text"), Value("rich"));
+    EXPECT_EQ(errorOf([&] { box.writeMember("SelText", Value("x")); }), errors::InvalidCall);
+    EXPECT_FALSE(box.userReplace({}, "x"));
 }
 
 TEST(Grid, ReadsItsFormatAndKeepsShortRows) {

@@ -2,6 +2,7 @@
 #include "hostif/error.h"
 #include "platform/qt/bind.h"
 #include "platform/qt/dialogs.h"
+#include "platform/qt/file_watch.h"
 #include "platform/qt/gauge_bar.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/text_view.h"
@@ -21,11 +22,15 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QtTest/QtTest>
+#include <QUrl>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -451,9 +456,57 @@ TEST(FileViewWindow, ShowsTheFileUnderItsTitleWithTheMenusOfItsMode) {
             "&View/Zoom &Out", "&View/Normal Si&ze", "&View/&Wrap Lines"}));
     for (const char* hidden : {"pnlHelp", "pnlButtons", "cmdClose", "pnlFind", "pnlNotice"})
         EXPECT_FALSE(window->findChild<QWidget*>(hidden)->isVisible()) << hidden;
+
+    // A file dropped on the text is opened once the drop is over.
+    QTemporaryFile dropped;
+    ASSERT_TRUE(dropped.open());
+    files.put(dropped.fileName().toStdString(), "dropped");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(dropped.fileName())});
+    QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(window, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(window, &drop);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->visibleText() == "dropped"; }));
+
     window->findChild<QAction*>("mnu_Close")->trigger();
     EXPECT_FALSE(form->isLoaded());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST(FileWatch, TellsWhenTheFileIsWrittenReplacedRemovedAndMadeAgain) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("a b.log");
+    const auto write = [&](const QString& name, const char* text) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.write(text);
+    };
+    write(path, "one");
+    int calls = 0;
+    auto watch = makeFileWatch(path.toStdString(), [&] { ++calls; });
+    const auto tells = [&] { return QTest::qWaitFor([&] { return std::exchange(calls, 0) > 0; }); };
+    const std::string path8 = path.toStdString();
+    write(path, "two");
+    EXPECT_TRUE(tells()) << "written";
+    write(folder.filePath("new"), "three");
+    ASSERT_EQ(std::rename(folder.filePath("new").toStdString().c_str(), path8.c_str()), 0);
+    EXPECT_TRUE(tells()) << "replaced";
+    QTest::qWait(400);
+    calls = 0;
+    write(path, "four");
+    EXPECT_TRUE(tells()) << "the new file written";
+    QFile::remove(path);
+    EXPECT_TRUE(tells()) << "removed";
+    QTest::qWait(400);
+    calls = 0;
+    write(path, "five");
+    EXPECT_TRUE(tells()) << "made again";
+    watch.reset();
+    write(path, "six");
+    QTest::qWait(400);
+    EXPECT_EQ(calls, 0);
 }
 
 } // namespace

@@ -114,8 +114,12 @@ private:
     // written is lost. False when the user said no.
     bool saveText(const std::string& file);
     bool confirmOverwrite(const std::string& file);
+    bool confirmRichLoss();
+    // The file of a rich text: as it was read until the text is edited.
+    std::string richFile() const;
     // False when the user would rather not write in another encoding what the text's own cannot hold.
     bool writeText(const std::string& file);
+    bool writePlain(const std::string& file);
     void textIsThatOf(const std::string& file);
     void rescueText();
     // Nothing when the user cancelled.
@@ -133,7 +137,9 @@ private:
     bool rememberPlacement_ = false;
     bool setupDone_ = false;
     bool resizing_ = false;
-    std::string shownFile_; // whose text the text box holds
+    std::string shownFile_;   // whose text the text box holds
+    std::string richBytes_;   // a rich text's file, as read or saved
+    bool richIsWhole_ = true; // and whether the text box holds all of it
     std::string savedPlacement_;
     WindowState savedWindowState_ = WindowState::Normal;
     std::unique_ptr<FileProcedures> fileProcs_;

@@ -106,8 +106,10 @@ void frmFileView::showNothing() {
 
 void frmFileView::loadRich() {
     const auto source = component().files().openFile(FileToView);
+    std::string bytes = text::readAll(*source);
     auto rich = std::make_shared<text::RichText>(
-        text::readRtf(text::readAll(*source), component().files().codePages()));
+        text::readRtf(bytes, component().files().codePages(), &richIsWhole_));
+    richBytes_ = std::move(bytes);
     savedPlacement_ = readPlacementSetting();
     LargeFileView(true, savedPlacement_);
     SetTextRTF(viewState());

@@ -104,27 +104,55 @@ bool frmFileView::saveText(const std::string& file) {
     return confirmOverwrite(file) && writeText(file);
 }
 
+bool frmFileView::confirmRichLoss() {
+    return !edited_ || richIsWhole_ ||
+           confirm("File " + shownFile_ +
+                       " holds headers, footers, notes, links or drawings, which cannot be kept.\n"
+                       "Save the changed text without them ?",
+               Icon::Exclamation);
+}
+
+std::string frmFileView::richFile() const {
+    if (!edited_)
+        return richBytes_;
+    if (rtbViewText.isRich())
+        return text::writeRtf(*rtbViewText.richText());
+    // The host has put a plain text in its place.
+    const text::TextDocument& document = *rtbViewText.document();
+    return text::writeRtf(text::readRtf(document.text({{}, document.end()})));
+}
+
 bool frmFileView::writeText(const std::string& file) {
     const PointerScope hourglass(desktop(), Pointer::Hourglass);
     FileSystem& files = component().files();
+    if (fileFormat_ == FileFormat::RichText) {
+        if (!confirmRichLoss())
+            return false;
+        std::string bytes = richFile();
+        files.saveFile(file, [&](const text::ByteSink& sink) { sink(bytes); });
+        richBytes_ = std::move(bytes);
+        richIsWhole_ = richIsWhole_ || edited_;
+    } else if (!writePlain(file)) {
+        return false;
+    }
+    edited_ = false;
+    textIsThatOf(file);
+    return true;
+}
+
+bool frmFileView::writePlain(const std::string& file) {
+    FileSystem& files = component().files();
     text::TextDocument& document = *rtbViewText.document();
     try {
-        files.saveFile(file, [&](const text::ByteSink& sink) {
-            if (rtbViewText.isRich())
-                sink(text::writeRtf(*rtbViewText.richText()));
-            else
-                document.write(sink, files.codePages());
-        });
+        files.saveFile(file, [&](const text::ByteSink& sink) { document.write(sink, files.codePages()); });
     } catch (const text::UnencodableCharacter& refused) {
         if (!confirm(refused.what() + std::string(".\nSave the file as UTF-8 instead ?"), Icon::Exclamation))
             return false;
         document.setEncoding({});
         status.showText();
-        return writeText(file);
+        return writePlain(file);
     }
     document.markSaved();
-    edited_ = false;
-    textIsThatOf(file);
     return true;
 }
 

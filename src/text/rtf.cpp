@@ -53,10 +53,16 @@ bool looksLikeRtf(std::string_view bytes) {
     return withoutLeadingBlanks(bytes).starts_with(start);
 }
 
-RichText readRtf(std::string_view bytes, const CodePages& pages) {
+RichText readRtf(std::string_view bytes, const CodePages& pages, bool* isWhole) {
+    if (isWhole)
+        *isWhole = true;
     if (!looksLikeRtf(bytes))
         return readPlain(bytes, pages);
-    return rtf::Reader(withoutLeadingBlanks(bytes), pages).read();
+    rtf::Reader reader(withoutLeadingBlanks(bytes), pages);
+    RichText text = reader.read();
+    if (isWhole)
+        *isWhole = reader.isWhole();
+    return text;
 }
 
 } // namespace genutil::text

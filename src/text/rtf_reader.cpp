@@ -145,6 +145,10 @@ void Reader::leave(Destination destination) {
 void Reader::enter(Destination destination) {
     if (groups_.depth() <= 1)
         return; // a table or a header without braces of its own must not swallow the document
+    if (destination == Destination::LeftOut) {
+        isWhole_ = false;
+        destination = Destination::Skip;
+    }
     if (destination != Destination::Skip && groups_.now().destination != Destination::Body)
         destination = destination == Destination::Alternatives ? destination : Destination::Skip;
     GroupState& state = change();
@@ -230,6 +234,7 @@ void Reader::putDownText() {
 
 void Reader::addPicture() {
     auto picture = picture_.finish();
+    isWhole_ = isWhole_ && picture;
     if (picture && !isHidden())
         blocks_.addPicture(std::move(*picture), format());
 }

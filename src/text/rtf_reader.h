@@ -15,6 +15,8 @@ class Reader {
 public:
     Reader(std::string_view bytes, const CodePages& pages) : tokens_(bytes), input_(pages) {}
     RichText read();
+    // Whether what has been read holds all that a reader of the document would miss.
+    bool isWhole() const { return isWhole_; }
 
 private:
     // False when nothing more is to be read.
@@ -68,9 +70,10 @@ private:
     PictureInput picture_;
     BlockBuilder blocks_;
     std::optional<CharacterFormat> format_; // of the state as it is now, once it has been asked for
-    bool mayBeSkipped_ = false;             // the group is marked so
-    int standIns_ = 0;                      // characters that still stand in for the last \u
-    std::optional<int> oldListFormat_;      // of the numbering that is being described
+    bool isWhole_ = true;
+    bool mayBeSkipped_ = false;        // the group is marked so
+    int standIns_ = 0;                 // characters that still stand in for the last \u
+    std::optional<int> oldListFormat_; // of the numbering that is being described
     int oldListLevel_ = 0;
 };
 

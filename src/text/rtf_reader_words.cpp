@@ -54,6 +54,7 @@ void Reader::wordOfDestination(WordMeaning meaning, const Token& token) {
         pictureWord(meaning, token);
         break;
     case Destination::Skip:
+    case Destination::LeftOut:
     case Destination::Alternatives:
         break;
     }

@@ -9,6 +9,7 @@ namespace genutil::text::rtf {
 enum class Destination {
     Body,
     Skip,
+    LeftOut, // skipped, and a loss when the text is written again
     Alternatives,
     FontTable,
     ColourTable,
