@@ -18,7 +18,8 @@ bool looksLikeRtf(std::string_view bytes);
 // of a plain text. Work and memory are bounded by the size of the input; nesting has no limit. Sizes are cut
 // to 1 to 400 points, lengths to 31680 twips to either side, font names to 64 bytes, tab stops to 64 a
 // paragraph, cells to 63 a row. `isWhole` (may be null) is set to whether nothing was skipped that a reader
-// of the document would miss: headers, footers, notes, fields, drawings, objects, pictures of other kinds.
+// of the document would miss: headers, footers, notes, hidden text, fields, drawings, objects, pictures of
+// other kinds.
 RichText readRtf(std::string_view bytes, const CodePages& pages = basicCodePages(), bool* isWhole = nullptr);
 
 // Writes plain ASCII, characters beyond it as \u with a "?" for readers that know none; tables get thin

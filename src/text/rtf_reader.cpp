@@ -230,6 +230,8 @@ void Reader::putDownText() {
         fonts_.addText(text);
     else if (!isHidden())
         blocks_.addText(text, format());
+    else
+        isWhole_ = false;
 }
 
 void Reader::addPicture() {

@@ -15,6 +15,16 @@ constexpr int firstListId = 1000;
 constexpr int listIndent = 720; // twips for each level
 constexpr int listHang = 360;
 
+// Characters with a form of their own, which every reader knows.
+struct OwnForm {
+    char32_t character;
+    std::string_view written;
+};
+constexpr OwnForm ownForms[] = {{U'\\', "\\\\"}, {U'{', "\\{"}, {U'}', "\\}"}, {U'\t', "\\tab "},
+    {U'\u00A0', "\\~"}, {U'\u00AD', "\\-"}, {U'\u2011', "\\_"}, {U'\u2013', "\\endash "},
+    {U'\u2014', "\\emdash "}, {U'\u2018', "\\lquote "}, {U'\u2019', "\\rquote "}, {U'\u201C', "\\ldblquote "},
+    {U'\u201D', "\\rdblquote "}, {U'\u2022', "\\bullet "}, {U'\u2028', "\\line "}};
+
 std::array<int, 3> partsOf(const Colour& colour) {
     return {colour.red, colour.green, colour.blue};
 }
@@ -283,12 +293,9 @@ void Writer::characters(std::string_view utf8) {
         const DecodedCharacter character = decodeUtf8(utf8, i);
         i += character.length;
         const char32_t c = character.codePoint;
-        if (c == U'\t') {
-            word("tab ");
-        } else if (c == U'\u2028') {
-            word("line ");
-        } else if (c == U'\\' || c == U'{' || c == U'}') {
-            (out_ += '\\') += static_cast<char>(c);
+        const auto own = std::ranges::find(ownForms, c, &OwnForm::character);
+        if (own != std::end(ownForms)) {
+            out_ += own->written;
         } else if (c >= 0x20 && c < 0x7F) {
             out_ += static_cast<char>(c);
         } else if (c >= 0x10000) {
