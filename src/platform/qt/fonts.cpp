@@ -12,12 +12,15 @@ struct Substitute {
     const char* name;
     const char* family;
     QFont::StyleHint hint;
+    bool always = false; // also where the named font is installed
 };
 
 constexpr std::array substitutes{
     Substitute{"Courier New", "Liberation Mono", QFont::Monospace},
     Substitute{"Arial", "Liberation Sans", QFont::SansSerif},
     Substitute{"MS Sans Serif", "Liberation Sans", QFont::SansSerif},
+    // Its signs are real characters in our texts, under which a font of this kind does not find them.
+    Substitute{"Symbol", "Liberation Serif", QFont::Serif, true},
 };
 
 } // namespace
@@ -30,7 +33,8 @@ QFont toQFont(const Font& font) {
     if (known == substitutes.end()) {
         result.setFamilies({name});
     } else {
-        result.setFamilies({name, QLatin1String(known->family)});
+        const QString family = QLatin1String(known->family);
+        result.setFamilies(known->always ? QStringList{family} : QStringList{name, family});
         result.setStyleHint(known->hint);
     }
     if (font.size > 0)
