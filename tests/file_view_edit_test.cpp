@@ -357,6 +357,7 @@ TEST_F(Editing, ReadsTheBytesInAnotherEncodingWithoutChangingThem) {
     frmFileView& form = view(25, file("e.log", "caf\xC3\xA9 \xB0\n"));
     ComboBox& encodings = form.status.cboEncoding;
     EXPECT_EQ(encodings.selectedItem()->text, "windows-1252");
+    EXPECT_EQ(form.status.lblSize.caption.get(), "8 bytes") << "of the file, not of the text in memory";
     EXPECT_EQ(form.rtbViewText.document()->line(0), "cafÃ© °");
     encodings.userSelect(0);
     EXPECT_EQ(form.rtbViewText.document()->encoding().name, "UTF-8");

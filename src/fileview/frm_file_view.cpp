@@ -136,6 +136,7 @@ void frmFileView::connectText() {
         modified_ = isShown();
         edited_ = true;
         mnu_Save.enabled = modified_;
+        status.fileSize.reset();
         status.showText();
     });
     on(rtbViewText.selectionChanged, "rtbViewText_SelChange", [this] { status.showSelection(); });

@@ -72,6 +72,8 @@ void frmFileView::DisplayFile() {
 }
 
 void frmFileView::followFile(const std::optional<FileStamp>& state) {
+    status.fileSize = state ? std::optional(state->size) : std::nullopt;
+    status.showText();
     notice.follow(FileToView, state, [this] {
         handle("File_Changed", [this] {
             if (!editSessionActive_)

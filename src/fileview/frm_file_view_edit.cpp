@@ -25,6 +25,7 @@ private:
 
 } // namespace
 
+// A warning proposes the answer that loses nothing.
 bool frmFileView::confirm(const std::string& question, Icon icon) {
     return desktop().ask({.text = question,
                .icon = icon,
@@ -106,9 +107,10 @@ bool frmFileView::saveText(const std::string& file) {
 
 bool frmFileView::confirmRichLoss() {
     return !edited_ || richIsWhole_ ||
-           confirm("File " + shownFile_ +
-                       " holds headers, footers, notes, links or drawings, which cannot be kept.\n"
-                       "Save the changed text without them ?",
+           confirm(
+               "File " + shownFile_ +
+                   " holds headers, footers, notes, links, hidden text or drawings, which cannot be kept.\n"
+                   "Save the changed text without them ?",
                Icon::Exclamation);
 }
 
@@ -180,9 +182,13 @@ void frmFileView::EditFile() {
         // The file is shown again afterwards: what has been typed here would be gone.
         if (edited_ && modified_ && editAllowed_ && !SaveChanges())
             return;
+        const text::TextPosition anchor = rtbViewText.anchor();
+        const text::TextPosition caret = rtbViewText.caret();
         runEditor();
-        if (!FileToView.empty())
-            DisplayFile();
+        if (FileToView.empty())
+            return;
+        DisplayFile();
+        rtbViewText.select(anchor, caret);
     });
 }
 

@@ -129,12 +129,14 @@ void frmFileView::ChangeEncoding(const std::string& encoding) {
         const PointerScope hourglass(desktop(), Pointer::Hourglass);
         const bool modified = modified_;
         const bool edited = edited_;
+        const auto fileSize = status.fileSize;
         try {
             rtbViewText.setDocument(std::make_shared<text::TextDocument>(
                 rtbViewText.document()->reinterpreted(encoding, component().files().codePages())));
             // The bytes are the same.
             modified_ = modified;
             edited_ = edited;
+            status.fileSize = fileSize;
             mnu_Save.enabled = modified && editAllowed_;
         } catch (const text::UnencodableCharacter& refused) {
             desktop().ask({.text = refused.what() + std::string(".\nSave the text before reading it afresh."),

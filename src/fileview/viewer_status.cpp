@@ -66,9 +66,11 @@ void ViewerStatus::showSelection() {
 
 void ViewerStatus::showText() {
     cboEncoding.visible = !text_.isRich();
-    lblSize.caption = text_.isRich() ? "Rich text" : sizeText(text_.document()->size());
-    if (text_.isRich())
+    if (text_.isRich()) {
+        lblSize.caption = fileSize ? "Rich text, " + sizeText(*fileSize) : "Rich text";
         return;
+    }
+    lblSize.caption = sizeText(fileSize.value_or(text_.document()->size()));
     const text::Encoding& encoding = text_.document()->encoding();
     std::vector<ListItem> items;
     for (const char* name : offeredEncodings)

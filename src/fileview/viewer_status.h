@@ -3,6 +3,7 @@
 #include "hostif/controls.h"
 #include "hostif/report_text.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -17,6 +18,9 @@ public:
     Label lblPosition, lblSelection;
     ComboBox cboEncoding; // offers the encodings that the text can be read in
     Label lblSize;
+
+    // Bytes of the file that the text is that of; nothing once the text is another one.
+    std::optional<std::uint64_t> fileSize;
 
     void showSelection();
     void showText();
