@@ -134,6 +134,7 @@ TEST_F(Editing, OffersAnotherNameWhenAClosingViewerCannotSave) {
     EXPECT_FALSE(form.isLoaded());
     EXPECT_THAT(host.log, Contains(StartsWith("ReportEventError (Form) Fileview::Sub Form_Unload")));
     EXPECT_EQ(files.bytesOf("/jobs/rescued.log"), "Xone\ntwo\n");
+    EXPECT_EQ(form.FileToView, "/jobs/rescued.log");
 }
 
 TEST_F(Editing, SavesUnderAnotherNameAndLeavesTheFirstFile) {
@@ -164,6 +165,7 @@ TEST_F(Editing, SavesTheTextOfAWipedFileUnderAnotherName) {
     prog->put(program::WipeAfterView, true);
     frmFileView& form = view(25, path);
     EXPECT_FALSE(files.files.contains(path));
+    EXPECT_TRUE(desktop.watched.empty()) << "that the viewer's own file is gone is no news";
     desktop.chosenFiles = {"/jobs/kept.txt"};
     form.mnu_SaveAs.userChoose();
     EXPECT_EQ(files.bytesOf("/jobs/kept.txt"), "one\ntwo\n");
@@ -189,14 +191,18 @@ TEST_F(Editing, KeepsTheViewerOpenThroughAnEditSessionAndShowsTheResult) {
         EXPECT_FALSE(form.cmdClose.enabled || form.cmdEdit.enabled || form.cmdPrint.enabled);
         EXPECT_TRUE(form.rtbViewText.locked) << "typing would be lost when the file is shown again";
         EXPECT_FALSE(form.unload(UnloadReason::CloseBox));
-        files.put(path, "edited");
+        files.put(path, "edited\nagain");
+        desktop.watched.at(path)();
+        EXPECT_FALSE(form.notice.pnlNotice.visible) << "the editor's work is shown when it ends";
     };
+    form.rtbViewText.userSelect({1, 2}, {1, 1});
     form.mnu_Edit.userChoose();
+    EXPECT_EQ(form.rtbViewText.selection(), (text::TextRange{{1, 1}, {1, 2}}));
     EXPECT_TRUE(host.logged("RunAndWait editor -n " + path));
     ASSERT_EQ(desktop.messages.size(), 1u);
     EXPECT_EQ(desktop.messages[0].text, "You have an edit session active !!\nPlease close the editor first");
     EXPECT_EQ(desktop.messages[0].icon, Icon::Information);
-    EXPECT_EQ(wholeText(form), "edited");
+    EXPECT_EQ(wholeText(form), "edited\nagain");
     EXPECT_TRUE(form.isModified() && form.mnu_Save.enabled);
     EXPECT_TRUE(form.cmdClose.enabled && form.cmdEdit.enabled && !form.cmdSelect.enabled);
     EXPECT_FALSE(form.rtbViewText.locked);
@@ -267,6 +273,11 @@ TEST_F(Editing, NoticesAFileThatChangesAndReadsItAgain) {
     form.notice.cmdIgnore.userPress();
     tell();
     EXPECT_FALSE(form.notice.pnlNotice.visible) << "the user knows of this change";
+    type(form, "X");
+    desktop.answers = {Answer::No};
+    form.mnu_Save.userChoose();
+    EXPECT_THAT(desktop.messages.back().text, HasSubstr("changed by another program"));
+    form.rtbViewText.userUndo();
     files.put(path, "one\ntwo\nthree\nfour\n");
     tell();
     ASSERT_TRUE(form.notice.pnlNotice.visible);
@@ -284,6 +295,22 @@ TEST_F(Editing, NoticesAFileThatChangesAndReadsItAgain) {
     EXPECT_EQ(form.rtbViewText.document()->lineCount(), 5u) << "the text is all that is left of the file";
     form.unload();
     EXPECT_TRUE(desktop.watched.empty());
+}
+
+TEST_F(Editing, NoticesWhatIsWrittenWhileTheFileIsRead) {
+    files.whileReading = [&] { files.put(path, "newer"); };
+    frmFileView& form = view(25, path);
+    desktop.watched.at(path)();
+    EXPECT_TRUE(form.notice.pnlNotice.visible);
+}
+
+TEST_F(Editing, TakesNoFileWhereNoneCanBeOpenedAndAsksNothingWithoutAChange) {
+    const std::string other = file("b.log", "other");
+    frmFileView& form = view(1, path);
+    form.userDropFile(other);
+    EXPECT_EQ(wholeText(form), "one\ntwo\n");
+    form.mnu_Print.userChoose();
+    EXPECT_TRUE(desktop.messages.empty());
 }
 
 TEST_F(Editing, ShowsNothingUnderTheNameOfAFileThatCannotBeRead) {

@@ -4,9 +4,11 @@
 #include "hostif/error.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace genutil::fake {
@@ -23,6 +25,7 @@ struct FakeFiles : FileSystem {
     std::vector<std::string> wiped; // paths, whether there was such a file or not
     std::vector<std::string> log;
     std::map<std::string, Error> failures;
+    std::function<void()> whileReading; // what other programs do while a file is read; once
 
     // As another program does: the file's stamp changes.
     void put(const std::string& path, const std::string& bytes) {
@@ -78,10 +81,12 @@ struct FakeFiles : FileSystem {
 private:
     class Source : public text::ByteSource {
     public:
-        Source(const FakeFiles& files, std::string path, std::string bytes)
+        Source(FakeFiles& files, std::string path, std::string bytes)
             : files_(files), path_(std::move(path)), bytes_(std::move(bytes)) {}
         std::uint64_t expectedSize() const override { return bytes_.size(); }
         std::size_t read(std::span<char> into) override {
+            if (const auto act = std::exchange(files_.whileReading, nullptr))
+                act();
             if (at_ >= bytes_.size() / 2)
                 files_.failWhenAsked("read", path_);
             const std::size_t end = at_ < bytes_.size() / 2 ? bytes_.size() / 2 : bytes_.size();
@@ -92,7 +97,7 @@ private:
         }
 
     private:
-        const FakeFiles& files_;
+        FakeFiles& files_;
         std::string path_;
         std::string bytes_;
         std::size_t at_ = 0;
