@@ -12,6 +12,8 @@ public:
         if (isSet_ && ::seteuid(0) != 0)
             ::_exit(1);
     }
+    // False for an ordinary user, who stays himself.
+    bool isSet() const { return isSet_; }
     AnotherUser(const AnotherUser&) = delete;
     AnotherUser& operator=(const AnotherUser&) = delete;
 
