@@ -161,6 +161,15 @@ TEST_F(Editing, SavesUnderAnotherNameAndLeavesTheFirstFile) {
     EXPECT_EQ(form.FileToView, "/jobs/second.txt") << "the name changes only after the copy";
 }
 
+TEST_F(Editing, ShowsTheCopyOfAFileThatHasBecomeNewer) {
+    frmFileView& form = view(25, path);
+    files.put(path, "newer");
+    desktop.chosenFiles = {"/jobs/copy.txt"};
+    form.mnu_SaveAs.userChoose();
+    EXPECT_EQ(files.bytesOf("/jobs/copy.txt"), "newer");
+    EXPECT_EQ(wholeText(form), "newer") << "what is shown under a name is what is in the file";
+}
+
 TEST_F(Editing, SavesTheTextOfAWipedFileUnderAnotherName) {
     prog->put(program::WipeAfterView, true);
     frmFileView& form = view(25, path);

@@ -75,12 +75,15 @@ void frmFileView::SaveAs() {
         FileSystem& files = component().files();
         // A file that is gone, wiped perhaps, cannot be copied: its text is what there is to save.
         const bool isGone = !files.stampOf(FileToView);
+        const bool isNewerOnDisk = !isGone && !edited_ && notice.isOverwriteOfOthers(FileToView);
         if (!isGone)
             files.copyFile(FileToView, *chosen);
         modified_ = modified_ || isGone;
         FileToView = *chosen;
         textIsThatOf(*chosen);
         SetFormCaption();
+        if (isNewerOnDisk && showFile())
+            textIsThatOf(*chosen);
         SaveTheFile();
     });
 }
@@ -89,7 +92,7 @@ bool frmFileView::confirmOverwrite(const std::string& file) {
     return !notice.isOverwriteOfOthers(file) ||
            confirm("File " + file +
                        " has been changed by another program since it was read.\n"
-                       "Replace it by the text that is shown here ?",
+                       "Replace it with the text that is shown here ?",
                Icon::Exclamation);
 }
 
