@@ -69,6 +69,7 @@ frmFileView::frmFileView(Component& owner)
     pnlHelp.height = helpPanelHeight;
     pnlHelp.top = rtbViewText.height - helpPanelHeight;
     pnlHelp.font = Font{.name = "Arial"};
+    mnu_WrapLines.isCheckable = true;
     lblCheckLength.visible = false;
     lblCheckLength.font = Font{.name = "Courier New"};
     pnlButtons.visible = false;

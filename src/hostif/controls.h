@@ -61,6 +61,7 @@ public:
 
     Observed<std::string> caption;
     Observed<bool> checked{*this, Aspect::Value, false};
+    bool isCheckable = false; // shows where its tick would be also while it has none
     Event<> click;
 
     MenuItem* parent() const { return parent_; }

@@ -151,8 +151,7 @@ void bind(QAction* view, MenuItem& model) {
         view->setText(model.isSeparator() ? QString() : toQt(model.caption));
         view->setEnabled(model.enabled);
         view->setVisible(model.visible);
-        // The models do not say which items can be ticked: one that is ticked can.
-        view->setCheckable(model.checked);
+        view->setCheckable(model.isCheckable || model.checked);
         view->setChecked(model.checked);
         view->setToolTip(toQt(model.toolTip));
     };
