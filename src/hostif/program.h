@@ -31,6 +31,45 @@ inline constexpr Property<std::string> JobExtension{"JobExtension"};
 inline constexpr Property<std::string> JobFullName{"JobFullName"};
 } // namespace job
 
+namespace jobdetails {
+inline constexpr Property<std::string> Description{"Description"};
+inline constexpr Property<std::string> Surveyor{"Surveyor"};
+inline constexpr Property<std::string> Date{"Date"}; // as the user wrote it
+inline constexpr Property<std::string> Reference{"Reference"};
+} // namespace jobdetails
+
+namespace jobcfg {
+inline constexpr Property<std::uint8_t> OutputDecH{"OutputDecH"}; // decimals of horizontal results
+inline constexpr Property<std::uint8_t> OutputDecV{"OutputDecV"}; // decimals of vertical results
+inline constexpr Property<std::int16_t> CoordType{"CoordType"};   // 0 plane, 1 grid projection, 2 geographic
+inline constexpr Property<std::string> Projection{"Projection"};
+inline constexpr Property<std::int16_t> Zone{"Zone"};
+inline constexpr Property<double> NValue{"NValue"};
+inline constexpr Property<std::string> DatumV{"DatumV"};
+inline constexpr Property<Value> EarthRadius{"EarthRadius"};
+inline constexpr Property<bool> ApplyGeoid{"ApplyGeoid"};
+inline constexpr Property<std::string> InterpMethod{"InterpMethod"};
+inline constexpr Property<std::string> GridFile{"GridFile"};
+inline constexpr Property<std::string> Spheroid{"Spheroid"};
+inline constexpr Property<std::string> DatumH{"DatumH"};
+inline constexpr Property<double> DeflectionNS{"DeflectionNS"};
+inline constexpr Property<double> DeflectionEW{"DeflectionEW"};
+inline constexpr Property<std::int16_t> ApproxLat{"ApproxLat"};
+} // namespace jobcfg
+
+namespace jobgeneral {
+inline constexpr Property<std::int32_t> ValidHorizPts{"ValidHorizPts"};
+inline constexpr Property<std::int32_t> CurrentMaxPoint{"CurrentMaxPoint"};
+inline constexpr Property<std::int32_t> FirstFreePoint{"FirstFreePoint"};
+inline constexpr Property<std::int32_t> FirstPointStored{"FirstPointStored"};
+inline constexpr Property<std::string> TransType{"TransType"};
+inline constexpr Property<bool> GeoidUpdate{"GeoidUpdate"};
+inline constexpr Property<double> MinimumX{"MinimumX"}; // X: easting or longitude, Y: northing or latitude
+inline constexpr Property<double> MinimumY{"MinimumY"};
+inline constexpr Property<double> MaximumX{"MaximumX"};
+inline constexpr Property<double> MaximumY{"MaximumY"};
+} // namespace jobgeneral
+
 namespace instanthelp {
 inline constexpr Property<bool> InstantHelpOn{"InstantHelpOn"};
 } // namespace instanthelp

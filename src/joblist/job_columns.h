@@ -1,0 +1,45 @@
+#pragma once
+
+#include "frame/component.h"
+#include "joblist/job_catalogue.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace genutil {
+
+inline constexpr std::size_t jobColumnCount = 27;
+
+// A job's texts; the first is that of column 1.
+using JobRow = std::array<std::string, jobColumnCount>;
+
+// What a row is made of. The records of an incomplete job are null, its details excepted.
+struct JobSummary {
+    Component& component;
+    std::string file; // name and extension
+    RecordPtr jobDetails, jobCfg, jobGeneral;
+    std::shared_ptr<Recordset> detailsRset;
+    CatalogueCounts counts;
+};
+
+enum class ColumnAlignment : char { Left = '<', Centre = '^', Right = '>' };
+
+// Which jobs have a text in the column.
+enum class ColumnFill { EveryJob, CompleteJobs };
+
+struct JobColumn {
+    const char* title;
+    ColumnAlignment alignment;
+    std::string (*text)(const JobSummary& job);
+    int limit = 0; // leading characters that the list shows; 0: all
+    ColumnFill fill = ColumnFill::CompleteJobs;
+};
+
+std::span<const JobColumn, jobColumnCount> jobColumns();
+
+// Alignments and titles in the notation of a grid's format string: "<Job|^Create Date|...".
+std::string jobColumnsFormat();
+
+} // namespace genutil

@@ -1,0 +1,86 @@
+#include "joblist/job_discovery.h"
+
+#include "hostif/program.h"
+#include "joblist/job_errors.h"
+#include "joblist/job_fields.h"
+#include "joblist/job_files.h"
+#include "joblist/job_names.h"
+
+namespace genutil {
+namespace {
+
+constexpr const char* procedureName = "CompileListOfJobs";
+
+// Where a file's error comes from, as its report says it.
+std::string sourceOf(const Error& error, const std::string& file) {
+    const std::string procedure = jobListName(procedureName);
+    switch (error.number()) {
+    case errors::TableNotFound:
+        return procedure + " (Job '" + file + "')";
+    case errors::UnrecognisedDatabase:
+        return procedure;
+    default:
+        return procedure + " reading '" + file + "'";
+    }
+}
+
+} // namespace
+
+void JobDiscovery::CompileListOfJobs() {
+    jobListProcedure(component_, procedureName, [&] {
+        Record& job = required(thisJob, "the job of the job list");
+        job.put(job::JobPath, trimBlanks(job.get(job::JobPath)));
+        const std::string jobPath = job.get(job::JobPath);
+        if (setCaption)
+            setCaption("List Jobs - " + jobPath);
+        for (const std::string& file : listJobFiles(jobPath))
+            if (!isReservedFile(file, jobPath, programFolder))
+                addFile(jobPath, file);
+        if (table_.jobCount > 0)
+            table_.SortJobList();
+        else
+            component_.desktop().ask({.text = "No jobs stored !! Check folder selected"});
+        component_.desktop().setPointer(Pointer::Default);
+    });
+}
+
+void JobDiscovery::addFile(const std::string& jobPath, const std::string& file) {
+    std::string name = file;
+    std::string extension;
+    bool counted = false;
+    try {
+        skippingMissingItems([&] { extension = component_.genProcs().SplitExtension(name); });
+        if (!isCurrentJob(name + extension))
+            readFile(jobPath, name, extension, counted);
+    } catch (...) {
+        const Error error = toError(std::current_exception());
+        if (counted)
+            table_.dropJob();
+        component_.errHandler().ReportEventError(error.description(), sourceOf(error, name + extension));
+    }
+}
+
+void JobDiscovery::readFile(
+    const std::string& jobPath, const std::string& name, const std::string& extension, bool& counted) {
+    std::shared_ptr<Database> database;
+    std::shared_ptr<Recordset> recordset;
+    skippingMissingItems(
+        [&] { database = component_.databases().OpenDatabase(jobPath + name + extension, false, true); });
+    skippingMissingItems([&] {
+        recordset =
+            required(database, "the job database").OpenRecordset(component_.sysInfo().JobDetailsTable());
+    });
+    RecordPtr jobCfg, jobGeneral, jobDetails;
+    bool ok = false;
+    skippingMissingItems(
+        [&] { ReadJobDetailsTemp(component_, recordset, jobCfg, jobGeneral, jobDetails, ok); });
+    table_.addJob();
+    counted = true;
+    table_.AssignSingleJob(name, extension, database, recordset, jobDetails, jobCfg, jobGeneral, ok);
+}
+
+bool JobDiscovery::isCurrentJob(const std::string& file) const {
+    return upperCase(file) == upperCase(thisJob->get(job::JobName) + thisJob->get(job::JobExtension));
+}
+
+} // namespace genutil

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace genutil {
+
+// A regular file, open for reading, that may be a database.
+class DatabaseFile {
+public:
+    static constexpr std::size_t headSize = 32;
+
+    // Never waits for the other end of a pipe and never acts on a device. Throws as
+    // DatabaseEngine::OpenDatabase.
+    explicit DatabaseFile(const std::string& path);
+    ~DatabaseFile();
+    DatabaseFile(const DatabaseFile&) = delete;
+    DatabaseFile& operator=(const DatabaseFile&) = delete;
+
+    const std::string& path() const { return path_; }
+    std::uint64_t size() const { return size_; }
+    const std::string& head() const { return head_; } // the first bytes, at most headSize
+    // A name that opens this very file, even when another one has taken its name.
+    std::string secondName() const;
+
+private:
+    std::string path_;
+    int number_ = -1;
+    std::uint64_t size_ = 0;
+    std::string head_;
+};
+
+// Throws UnrecognisedDatabase: "'path' is not a job database: why".
+[[noreturn]] void notADatabase(const std::string& path, const std::string& why);
+
+} // namespace genutil

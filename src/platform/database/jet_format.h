@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// How a Jet file stores its tables. All numbers in it are little-endian.
+namespace genutil::jet {
+
+// What is wrong with the file, for the sentence "'path' is damaged: what".
+struct Damage {
+    std::string what;
+};
+
+enum class Version { Jet3, Jet4 };
+
+enum class Kind : int {
+    Boolean = 1,
+    Byte = 2,
+    Int16 = 3,
+    Int32 = 4,
+    Money = 5,
+    Single = 6,
+    Double = 7,
+    DateTime = 8,
+    Text = 10,
+    Memo = 12,
+};
+
+struct Column {
+    std::string name;
+    Kind kind{};            // may be another number than those above: a kind that is not read
+    std::size_t number = 0; // its bit in the null mask
+    bool isFixed = false;
+    std::size_t offset = 0;   // of a fixed column: bytes behind the record's field count
+    std::size_t variable = 0; // of another one: its place among the variable ones
+};
+
+struct Table {
+    std::uint32_t page = 0;
+    bool hasVariableColumns = false;
+    std::vector<Column> columns;
+};
+
+// Where a record or a piece of a long text stands: the page in the upper 24 bits, the row in the lowest 8.
+using Pointer = std::uint32_t;
+inline constexpr std::uint32_t pageOf(Pointer pointer) {
+    return pointer >> 8;
+}
+inline constexpr std::size_t rowOf(Pointer pointer) {
+    return pointer & 0xFF;
+}
+
+// The unsigned number of `size` bytes, at most 8, at `offset`. Throws Damage when it does not lie within
+// `bytes`.
+inline std::uint64_t numberAt(std::string_view bytes, std::size_t offset, std::size_t size) {
+    if (offset > bytes.size() || bytes.size() - offset < size)
+        throw Damage{"a number lies outside its record"};
+    std::uint64_t number = 0;
+    for (std::size_t i = size; i-- > 0;)
+        number = number << 8 | static_cast<unsigned char>(bytes[offset + i]);
+    return number;
+}
+inline std::uint32_t number32At(std::string_view bytes, std::size_t offset) {
+    return static_cast<std::uint32_t>(numberAt(bytes, offset, 4));
+}
+
+} // namespace genutil::jet

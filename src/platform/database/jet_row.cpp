@@ -1,0 +1,176 @@
+#include "platform/database/jet_row.h"
+
+#include "hostif/error.h"
+#include "platform/database/jet_text.h"
+
+#include <bit>
+#include <optional>
+#include <vector>
+
+namespace genutil::jet {
+namespace {
+
+// A record: the field count, the fixed fields, the variable ones, where each of these begins (from the end
+// backwards), and a mask with a bit for each field that is not Null.
+class Record {
+public:
+    Record(std::string_view bytes, Version version, bool hasVariableFields)
+        : bytes_(bytes), countSize_(version == Version::Jet3 ? 1 : 2) {
+        fields_ = numberAt(bytes, 0, countSize_);
+        const std::size_t maskSize = (fields_ + 7) / 8;
+        if (bytes.size() < countSize_ + maskSize)
+            throw Damage{"a record is too short for its fields"};
+        mask_ = bytes.size() - maskSize;
+        if (!hasVariableFields)
+            return;
+        if (version == Version::Jet3)
+            readStarts3();
+        else
+            readStarts4();
+    }
+
+    bool bit(std::size_t number) const {
+        return number < fields_ && (numberAt(bytes_, mask_ + number / 8, 1) >> number % 8 & 1) != 0;
+    }
+    std::string_view fixed(std::size_t offset, std::size_t size) const {
+        return between(countSize_ + offset, countSize_ + offset + size);
+    }
+    // Nothing for a field that the record does not reach to.
+    std::optional<std::string_view> variable(std::size_t place) const {
+        if (starts_.size() < 2 || place >= starts_.size() - 1)
+            return std::nullopt;
+        return between(starts_[place], starts_[place + 1]);
+    }
+
+private:
+    std::string_view between(std::size_t begin, std::size_t end) const {
+        if (begin > end || end > mask_)
+            throw Damage{"a field does not lie within its record"};
+        return bytes_.substr(begin, end - begin);
+    }
+    // The byte `back` bytes before the mask.
+    std::size_t beforeMask(std::size_t back, std::size_t size) const {
+        if (back > mask_)
+            throw Damage{"a record is too short for its fields"};
+        return numberAt(bytes_, mask_ - back, size);
+    }
+    void readStarts4() {
+        const std::size_t count = beforeMask(2, 2);
+        for (std::size_t i = 0; i <= count; ++i)
+            starts_.push_back(beforeMask(4 + 2 * i, 2));
+    }
+    // A start is one byte. Before the starts stand the jumps: the places from which 256 more is to be added.
+    void readStarts3() {
+        const std::size_t count = beforeMask(1, 1);
+        std::size_t jumps = (bytes_.size() - 1) / 256;
+        const std::size_t first = 2 + jumps; // back from the mask
+        if (first + count <= mask_ && (mask_ - first - count) / 256 < jumps)
+            --jumps; // the last jump would lie beyond the last field
+        std::size_t used = 0;
+        for (std::size_t i = 0; i <= count; ++i) {
+            while (used < jumps && beforeMask(2 + used, 1) == i)
+                ++used;
+            starts_.push_back(beforeMask(first + i, 1) + used * 256);
+        }
+    }
+
+    std::string_view bytes_;
+    std::size_t countSize_;
+    std::size_t fields_ = 0;
+    std::size_t mask_ = 0;
+    std::vector<std::size_t> starts_; // of the variable fields, and the end of the last
+};
+
+// 0 for a kind without a size of its own.
+std::size_t sizeOf(Kind kind) {
+    switch (kind) {
+    case Kind::Byte:
+        return 1;
+    case Kind::Int16:
+        return 2;
+    case Kind::Int32:
+    case Kind::Single:
+        return 4;
+    case Kind::Money:
+    case Kind::Double:
+    case Kind::DateTime:
+        return 8;
+    default:
+        return 0;
+    }
+}
+
+Value numberValue(Kind kind, std::uint64_t bits) {
+    switch (kind) {
+    case Kind::Byte:
+        return static_cast<std::uint8_t>(bits);
+    case Kind::Int16:
+        return static_cast<std::int16_t>(bits);
+    case Kind::Int32:
+        return static_cast<std::int32_t>(bits);
+    case Kind::Single:
+        return std::bit_cast<float>(static_cast<std::uint32_t>(bits));
+    case Kind::Money:
+        return static_cast<double>(static_cast<std::int64_t>(bits)) / 10'000;
+    default:
+        return std::bit_cast<double>(bits);
+    }
+}
+
+// A long text begins with its length, the place of its first piece and four bytes of the engine's own. The
+// two top bits of the length tell where it stands: in the record, in one row, or in a chain of rows.
+std::string memoBytes(File& file, std::string_view field) {
+    constexpr std::size_t headSize = 12;
+    if (field.empty())
+        return {};
+    const std::uint32_t head = number32At(field, 0);
+    const std::size_t length = head & 0x3FFF'FFFF;
+    Pointer next = number32At(field, 4);
+    if (length > file.size() || field.size() < headSize)
+        throw Damage{"a long text has no place in the file"};
+    std::string bytes;
+    if (head & 0x8000'0000)
+        bytes = field.substr(headSize);
+    else if (head & 0x4000'0000)
+        bytes = file.row(next);
+    else
+        for (std::uint32_t pieces = 0; bytes.size() < length; ++pieces) {
+            if (pieces == file.pageCount()) // each piece fills most of a page
+                throw Damage{"a long text goes round in a circle"};
+            const std::string piece = file.row(next);
+            next = number32At(piece, 0);
+            bytes.append(piece, 4);
+        }
+    if (bytes.size() < length)
+        throw Damage{"a long text ends too early"};
+    bytes.resize(length);
+    return bytes;
+}
+
+} // namespace
+
+Value fieldOf(File& file, const Table& table, const Column& column, std::string_view bytes) {
+    const Record record(bytes, file.version(), table.hasVariableColumns);
+    const bool bit = record.bit(column.number);
+    if (column.kind == Kind::Boolean)
+        return bit; // has no other place
+    if (!bit)
+        return Null();
+    const std::size_t size = sizeOf(column.kind);
+    const bool isText = column.kind == Kind::Text || column.kind == Kind::Memo;
+    if (size == 0 && !isText)
+        throw Error(errors::TypeMismatch,
+            "The field '" + column.name + "' of '" + file.path() + "' holds neither a number nor a text");
+    if (isText && column.isFixed)
+        throw Damage{"a text is said to have a fixed place"};
+    const std::optional<std::string_view> field =
+        column.isFixed ? record.fixed(column.offset, size) : record.variable(column.variable);
+    if (!field)
+        return Null();
+    if (!isText)
+        return numberValue(column.kind, numberAt(*field, 0, size));
+    const auto text = column.kind == Kind::Text ? std::string(*field) : memoBytes(file, *field);
+    return decodeText(text, file.version());
+}
+
+} // namespace genutil::jet

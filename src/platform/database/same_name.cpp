@@ -1,0 +1,22 @@
+#include "platform/database/same_name.h"
+
+#include "text/letters.h"
+#include "text/utf8.h"
+
+namespace genutil {
+
+bool isSameName(std::string_view a, std::string_view b) {
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < a.size() && j < b.size()) {
+        const text::DecodedCharacter left = text::decodeUtf8(a, i);
+        const text::DecodedCharacter right = text::decodeUtf8(b, j);
+        if (text::foldCase(left.codePoint) != text::foldCase(right.codePoint))
+            return false;
+        i += left.length;
+        j += right.length;
+    }
+    return i == a.size() && j == b.size();
+}
+
+} // namespace genutil

@@ -1,0 +1,188 @@
+#include "platform/database/sqlite_connection.h"
+
+#include "hostif/error.h"
+#include "platform/database/same_name.h"
+#include "text/utf8.h"
+
+#include <limits>
+
+#include <sqlite3.h>
+
+namespace genutil::sqlite {
+namespace {
+
+constexpr int waitForOthers = 200; // milliseconds
+
+int errorNumber(int code) {
+    switch (code & 0xFF) { // the rest of the code tells more than an error number can
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return errors::DatabaseLocked;
+    case SQLITE_READONLY:
+        return errors::ReadOnlyDatabase;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_FORMAT:
+    case SQLITE_ERROR: // our statements are sound: the tables they name are not
+        return errors::UnrecognisedDatabase;
+    case SQLITE_CONSTRAINT:
+    case SQLITE_MISMATCH:
+        return errors::InvalidCall;
+    case SQLITE_FULL:
+        return errors::DiskFull;
+    case SQLITE_NOMEM:
+        return errors::OutOfMemory;
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+        return errors::PermissionDenied;
+    case SQLITE_CANTOPEN:
+        return errors::PathAccess;
+    default:
+        return errors::DeviceError;
+    }
+}
+
+std::string validText(std::string_view bytes) {
+    if (text::isValidUtf8(bytes))
+        return std::string(bytes);
+    std::string valid;
+    for (std::size_t i = 0; i < bytes.size();) {
+        const text::DecodedCharacter character = text::decodeUtf8(bytes, i);
+        text::appendUtf8(valid, character.codePoint);
+        i += character.length;
+    }
+    return valid;
+}
+
+} // namespace
+
+void Connection::Close::operator()(sqlite3* handle) const {
+    sqlite3_close_v2(handle);
+}
+
+Connection::Connection(const std::string& path, bool exclusive, bool readOnly)
+    : path_(path), readOnly_(readOnly) {
+    sqlite3* opened = nullptr;
+    // A name that began with "file:" would be an address, one that began with ":" a database in memory.
+    const std::string name = path.starts_with('/') ? path : "./" + path;
+    const int code = sqlite3_open_v2(
+        name.c_str(), &opened, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, nullptr);
+    handle_.reset(opened);
+    if (code != SQLITE_OK)
+        fail(code);
+    sqlite3_extended_result_codes(opened, 1);
+    for (const int isOff :
+        {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA})
+        sqlite3_db_config(opened, isOff, 0, nullptr);
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    Statement(*this, "PRAGMA cell_size_check = ON").next();
+    sqlite3_busy_timeout(opened, waitForOthers);
+    if (exclusive) {
+        // The lock is taken with the first change and then kept for as long as the database is open.
+        Statement(*this, "PRAGMA locking_mode = EXCLUSIVE").next();
+        if (!readOnly) {
+            Statement(*this, "BEGIN EXCLUSIVE").next();
+            Statement(*this, "COMMIT").next();
+        }
+    }
+}
+
+std::int64_t Connection::lastRow() const {
+    return sqlite3_last_insert_rowid(handle_.get());
+}
+
+void Connection::fail(int code) const {
+    throw Error(errorNumber(code),
+        "'" + path_ + "': " + (handle_ ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code)));
+}
+
+void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+Statement::Statement(const Connection& connection, const std::string& sql) : connection_(connection) {
+    sqlite3_stmt* statement = nullptr;
+    const int code = sqlite3_prepare_v2(
+        connection.handle(), sql.c_str(), static_cast<int>(sql.size()), &statement, nullptr);
+    statement_.reset(statement);
+    check(code);
+}
+
+void Statement::check(int code) const {
+    if (code != SQLITE_OK)
+        connection_.fail(code);
+}
+
+void Statement::bind(int parameter, std::int64_t value) {
+    check(sqlite3_bind_int64(statement_.get(), parameter + 1, value));
+}
+
+void Statement::bind(int parameter, const Value& value) {
+    if (value.isNull())
+        check(sqlite3_bind_null(statement_.get(), parameter + 1));
+    else if (value.isText()) {
+        const std::string text = value.toText();
+        check(sqlite3_bind_text64(
+            statement_.get(), parameter + 1, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+    } else if (std::holds_alternative<float>(value.storage()) ||
+               std::holds_alternative<double>(value.storage()))
+        check(sqlite3_bind_double(statement_.get(), parameter + 1, value.toDouble()));
+    else
+        bind(parameter, std::int64_t(value.toInt32()));
+}
+
+bool Statement::next() {
+    const int code = sqlite3_step(statement_.get());
+    if (code != SQLITE_ROW && code != SQLITE_DONE)
+        connection_.fail(code);
+    return code == SQLITE_ROW;
+}
+
+int Statement::columnCount() const {
+    return sqlite3_column_count(statement_.get());
+}
+
+std::string Statement::columnName(int column) const {
+    const char* name = sqlite3_column_name(statement_.get(), column);
+    return name ? validText(name) : std::string();
+}
+
+std::int64_t Statement::number(int column) const {
+    return sqlite3_column_int64(statement_.get(), column);
+}
+
+Value Statement::value(int column) const {
+    sqlite3_stmt* const row = statement_.get();
+    const char* const declared = sqlite3_column_decltype(row, column);
+    switch (sqlite3_column_type(row, column)) {
+    case SQLITE_NULL:
+        return Null();
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(row, column);
+    case SQLITE_INTEGER: {
+        const std::int64_t number = sqlite3_column_int64(row, column);
+        if (declared && isSameName(declared, "BOOLEAN"))
+            return number != 0;
+        if (number < std::numeric_limits<std::int32_t>::min() ||
+            number > std::numeric_limits<std::int32_t>::max())
+            return static_cast<double>(number);
+        return static_cast<std::int32_t>(number);
+    }
+    case SQLITE_TEXT: {
+        const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
+        return validText({bytes ? bytes : "", static_cast<std::size_t>(sqlite3_column_bytes(row, column))});
+    }
+    default:
+        throw Error(errors::TypeMismatch, "The field '" + columnName(column) + "' of '" + connection_.path() +
+                                              "' holds neither a number nor a text");
+    }
+}
+
+std::string quoted(std::string_view name) {
+    std::string sql = "\"";
+    for (const char c : name)
+        sql.append(c == '"' ? 2 : 1, c);
+    return sql + '"';
+}
+
+} // namespace genutil::sqlite

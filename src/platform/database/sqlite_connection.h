@@ -1,0 +1,69 @@
+#pragma once
+
+#include "hostif/value.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace genutil::sqlite {
+
+// An open database. What the file itself brings along, triggers and views, is not run.
+class Connection {
+public:
+    // Throws as statements do.
+    Connection(const std::string& path, bool exclusive, bool readOnly);
+
+    const std::string& path() const { return path_; }
+    bool isReadOnly() const { return readOnly_; }
+    std::int64_t lastRow() const;
+    sqlite3* handle() const { return handle_.get(); }
+    // Throws the Error for the library's result code, naming the file: DatabaseLocked, ReadOnlyDatabase,
+    // UnrecognisedDatabase for a damaged file, DiskFull, InvalidCall for what a table does not allow.
+    [[noreturn]] void fail(int code) const;
+
+private:
+    struct Close {
+        void operator()(sqlite3* handle) const;
+    };
+    std::string path_;
+    bool readOnly_;
+    std::unique_ptr<sqlite3, Close> handle_;
+};
+
+// One SQL statement; the connection must live longer.
+class Statement {
+public:
+    Statement(const Connection& connection, const std::string& sql);
+
+    // Parameters and columns are counted from 0.
+    void bind(int parameter, const Value& value);
+    void bind(int parameter, std::int64_t value);
+    // Goes to the next row; false behind the last.
+    bool next();
+
+    int columnCount() const;
+    std::string columnName(int column) const;
+    // A whole number is a long integer or, beyond its range, a double; Boolean where the column is declared
+    // so. Throws TypeMismatch for a binary.
+    Value value(int column) const;
+    std::int64_t number(int column) const;
+
+private:
+    struct Finalize {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+    void check(int code) const;
+
+    const Connection& connection_;
+    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+// A name as SQL takes it, whatever characters it has.
+std::string quoted(std::string_view name);
+
+} // namespace genutil::sqlite

@@ -1,0 +1,59 @@
+#include "platform/database/sqlite_database.h"
+
+#include "hostif/error.h"
+#include "platform/database/same_name.h"
+#include "platform/database/sqlite_connection.h"
+#include "platform/database/sqlite_recordset.h"
+
+#include <limits>
+
+namespace genutil {
+namespace {
+
+class SqliteDatabase : public Database {
+public:
+    SqliteDatabase(const DatabaseFile& file, bool exclusive, bool readOnly)
+        : connection_(std::make_shared<sqlite::Connection>(file.path(), exclusive, readOnly)) {
+        sqlite::Statement list(*connection_,
+            "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
+            "ESCAPE '\\' AND name <> '' ORDER BY rowid");
+        while (list.next() && tables_.size() < std::numeric_limits<std::int16_t>::max())
+            tables_.push_back(list.value(0).toText());
+    }
+
+    std::int16_t tableCount() override { return static_cast<std::int16_t>(tables_.size()); }
+    std::string tableName(std::int16_t index) override {
+        if (index < 0 || static_cast<std::size_t>(index) >= tables_.size())
+            throw Error(errors::ItemNotFound, "'" + connection_->path() + "' has no table number " +
+                                                  std::to_string(index) + ": it has " +
+                                                  std::to_string(tables_.size()));
+        return tables_[static_cast<std::size_t>(index)];
+    }
+    std::int32_t tableRecordCount(std::int16_t index) override {
+        sqlite::Statement count(*connection_, "SELECT COUNT(*) FROM " + sqlite::quoted(tableName(index)));
+        count.next();
+        return count.value(0).toInt32();
+    }
+    std::shared_ptr<Recordset> OpenRecordset(const std::string& table) override {
+        for (const std::string& each : tables_)
+            if (isSameName(each, table))
+                return std::make_shared<sqlite::RecordsetOfTable>(connection_, each);
+        throw Error(errors::TableNotFound, "'" + connection_->path() + "' has no table '" + table + "'");
+    }
+
+private:
+    std::shared_ptr<sqlite::Connection> connection_;
+    std::vector<std::string> tables_;
+};
+
+} // namespace
+
+bool isSqlite(const DatabaseFile& file) {
+    return file.head().starts_with(std::string_view("SQLite format 3\0", 16));
+}
+
+std::shared_ptr<Database> openSqliteDatabase(const DatabaseFile& file, bool exclusive, bool readOnly) {
+    return std::make_shared<SqliteDatabase>(file, exclusive, readOnly);
+}
+
+} // namespace genutil

@@ -1,0 +1,118 @@
+#include "platform/database/sqlite_recordset.h"
+
+#include "hostif/error.h"
+#include "platform/database/same_name.h"
+
+namespace genutil::sqlite {
+
+RecordsetOfTable::RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table)
+    : connection_(std::move(connection)), table_(quoted(table)) {
+    const Statement columns(*connection_, "SELECT * FROM " + table_);
+    for (int i = 0; i < columns.columnCount(); ++i)
+        fields_.push_back(columns.columnName(i));
+    Statement rows(*connection_, "SELECT rowid FROM " + table_ + " ORDER BY rowid");
+    while (rows.next())
+        rows_.push_back(rows.number(0));
+}
+
+void RecordsetOfTable::needRecord(bool isThere) const {
+    if (!isThere)
+        throw Error(errors::NoCurrentRecord);
+}
+
+void RecordsetOfTable::MoveFirst() {
+    needRecord(!rows_.empty());
+    change_ = Change::None;
+    current_ = 0;
+}
+
+void RecordsetOfTable::MoveNext() {
+    needRecord(!EOF_());
+    change_ = Change::None;
+    ++current_;
+}
+
+void RecordsetOfTable::begin(Change change) {
+    if (connection_->isReadOnly())
+        throw Error(errors::ReadOnlyDatabase, "'" + connection_->path() + "' was opened read only");
+    change_ = change;
+    changed_.clear();
+}
+
+void RecordsetOfTable::Edit() {
+    needRecord(!EOF_());
+    begin(Change::Edit);
+}
+
+void RecordsetOfTable::AddNew() {
+    begin(Change::Add);
+}
+
+void RecordsetOfTable::needChange() const {
+    if (connection_->isReadOnly())
+        throw Error(errors::ReadOnlyDatabase, "'" + connection_->path() + "' was opened read only");
+    if (change_ == Change::None)
+        throw Error(errors::InvalidCall, "A record is changed between Edit or AddNew and Update only");
+}
+
+std::size_t RecordsetOfTable::fieldIndex(std::string_view name) const {
+    for (std::size_t i = 0; i < fields_.size(); ++i)
+        if (isSameName(fields_[i], name))
+            return i;
+    throw Error(errors::ItemNotFound,
+        "'" + connection_->path() + "' has no field '" + std::string(name) + "' in the table " + table_);
+}
+
+Value RecordsetOfTable::field(std::string_view name) {
+    const std::size_t index = fieldIndex(name);
+    if (change_ != Change::None) {
+        const auto found = changed_.find(index);
+        if (found != changed_.end())
+            return found->second;
+        if (change_ == Change::Add)
+            return Null();
+    }
+    needRecord(!EOF_());
+    Statement row(*connection_, "SELECT " + quoted(fields_[index]) + " FROM " + table_ + " WHERE rowid = ?");
+    row.bind(0, rows_[current_]);
+    needRecord(row.next()); // it may have been deleted meanwhile
+    return row.value(0);
+}
+
+void RecordsetOfTable::setField(std::string_view name, const Value& value) {
+    needChange();
+    changed_[fieldIndex(name)] = value;
+}
+
+std::string RecordsetOfTable::changeSql() const {
+    if (change_ == Change::Add && changed_.empty())
+        return "INSERT INTO " + table_ + " DEFAULT VALUES";
+    std::string names;
+    std::string marks;
+    for (const auto& [index, value] : changed_) {
+        const char* const separator = names.empty() ? "" : ", ";
+        names += separator + quoted(fields_[index]) + (change_ == Change::Edit ? " = ?" : "");
+        marks += std::string(separator) + "?";
+    }
+    if (change_ == Change::Add)
+        return "INSERT INTO " + table_ + " (" + names + ") VALUES (" + marks + ")";
+    return "UPDATE " + table_ + " SET " + names + " WHERE rowid = ?";
+}
+
+void RecordsetOfTable::Update() {
+    needChange();
+    if (change_ == Change::Add || !changed_.empty()) {
+        Statement statement(*connection_, changeSql());
+        int parameter = 0;
+        for (const auto& [index, value] : changed_)
+            statement.bind(parameter++, value);
+        if (change_ == Change::Edit)
+            statement.bind(parameter, rows_[current_]);
+        statement.next();
+    }
+    if (change_ == Change::Add)
+        rows_.push_back(connection_->lastRow());
+    change_ = Change::None;
+}
+
+} // namespace genutil::sqlite

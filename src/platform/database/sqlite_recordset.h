@@ -1,0 +1,50 @@
+#pragma once
+
+#include "hostif/database.h"
+#include "platform/database/sqlite_connection.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace genutil::sqlite {
+
+// The records that the table had when it was opened, in stored order, and those added since at the end. Each
+// is read when it becomes the current one. Changes are kept until Update writes them; moving gives them up.
+// Edit, AddNew and Update throw ReadOnlyDatabase where the database was opened so; setField and Update
+// without Edit or AddNew before throw InvalidCall.
+class RecordsetOfTable : public Recordset {
+public:
+    RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table);
+
+    std::int32_t RecordCount() override { return static_cast<std::int32_t>(rows_.size()); }
+    bool BOF() override { return rows_.empty(); }
+    bool EOF_() override { return current_ >= rows_.size(); }
+    void MoveFirst() override;
+    void MoveNext() override;
+    void Edit() override;
+    void AddNew() override;
+    void Update() override;
+    Value field(std::string_view name) override;
+    void setField(std::string_view name, const Value& value) override;
+
+private:
+    enum class Change { None, Edit, Add };
+
+    void needRecord(bool isThere) const;
+    void needChange() const;
+    void begin(Change change);
+    std::size_t fieldIndex(std::string_view name) const;
+    std::string changeSql() const;
+
+    std::shared_ptr<Connection> connection_;
+    std::string table_; // quoted
+    std::vector<std::string> fields_;
+    std::vector<std::int64_t> rows_; // their numbers in the table
+    std::size_t current_ = 0;
+    Change change_ = Change::None;
+    std::map<std::size_t, Value> changed_; // by field
+};
+
+} // namespace genutil::sqlite

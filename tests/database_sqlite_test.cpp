@@ -1,0 +1,136 @@
+#include "hostif/error.h"
+#include "platform/database/database_engine.h"
+#include "support/file_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include <sqlite3.h>
+
+namespace genutil {
+namespace {
+
+// A job as another program makes it.
+class SqliteJobs : public testing::Test {
+protected:
+    SqliteJobs() {
+        run("CREATE TABLE JobDetails (Description TEXT, Zone INTEGER, NValue REAL, ApplyGeoid BOOLEAN, \"Odd "
+            "\"\"name\" "
+            "TEXT UNIQUE, Picture BLOB)");
+        run("INSERT INTO JobDetails VALUES ('Łódź 測量', 56, 12.345678901234567, 1, '', x'00')");
+        run("INSERT INTO JobDetails VALUES (NULL, 5000000000, NULL, 0, 'b', NULL)");
+        run("CREATE TABLE AlphaIds (PointNo INTEGER PRIMARY KEY, AlphaId TEXT)");
+        run("CREATE VIEW Summary AS SELECT * FROM AlphaIds");
+    }
+    void run(const std::string& sql) const {
+        sqlite3* database = nullptr;
+        ASSERT_EQ(sqlite3_open(path_.c_str(), &database), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+        sqlite3_close(database);
+    }
+    std::shared_ptr<Database> open(bool readOnly) const {
+        return makeDatabaseEngine()->OpenDatabase(path_, false, readOnly);
+    }
+
+    fake::FileFolder folder_;
+    std::string path_ = folder_ / "new job.mdb";
+};
+
+template<class Act>
+int errorOf(const Act& act) {
+    try {
+        act();
+    } catch (const Error& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+TEST_F(SqliteJobs, GiveTheirTablesAndValues) {
+    const auto database = open(true);
+    ASSERT_EQ(database->tableCount(), 2);
+    EXPECT_EQ(database->tableName(0), "JobDetails");
+    EXPECT_EQ(database->tableRecordCount(0), 2);
+    const auto details = database->OpenRecordset("jobdetails");
+    const std::pair<const char*, Value> first[] = {{"description", "Łódź 測量"}, {"Zone", std::int32_t(56)},
+        {"NValue", 12.345678901234567}, {"ApplyGeoid", true}, {"Odd \"name", ""}};
+    for (const auto& [field, value] : first)
+        EXPECT_EQ(details->field(field), value) << field;
+    details->MoveNext();
+    EXPECT_EQ(details->field("Description"), Value());
+    EXPECT_EQ(details->field("Zone"), Value(5e9));
+    details->MoveNext();
+    EXPECT_TRUE(details->EOF_());
+}
+
+TEST_F(SqliteJobs, KeepWhatIsEditedAndAdded) {
+    {
+        const auto details = open(false)->OpenRecordset("JobDetails");
+        details->Edit();
+        details->setField("Description", "New text");
+        details->setField("zone", Null());
+        EXPECT_EQ(details->field("Description"), Value("New text"));
+        details->Update();
+        details->Edit();
+        details->setField("NValue", 1.0);
+        details->MoveNext(); // gives the change up
+        EXPECT_EQ(errorOf([&] { details->Update(); }), errors::InvalidCall);
+        details->AddNew();
+        details->setField("Odd \"name", "c");
+        details->Update();
+        EXPECT_EQ(details->RecordCount(), 3);
+    }
+    const auto details = open(true)->OpenRecordset("JobDetails");
+    EXPECT_EQ(details->RecordCount(), 3);
+    EXPECT_EQ(details->field("Description"), Value("New text"));
+    EXPECT_EQ(details->field("Zone"), Value());
+    EXPECT_EQ(details->field("NValue"), Value(12.345678901234567));
+    details->MoveNext();
+    details->MoveNext();
+    EXPECT_EQ(details->field("Odd \"name"), Value("c"));
+}
+
+TEST_F(SqliteJobs, RefuseWithTheErrorThatFits) {
+    const auto database = open(false);
+    const auto details = database->OpenRecordset("JobDetails");
+    const auto readOnly = open(true)->OpenRecordset("JobDetails");
+    const auto none = database->OpenRecordset("AlphaIds");
+    struct Case {
+        const char* what;
+        int expected;
+        std::function<void()> act;
+    };
+    const Case cases[] = {
+        {"no table", errors::TableNotFound, [&] { database->OpenRecordset("Summary"); }},
+        {"no field", errors::ItemNotFound, [&] { details->field("rowid"); }},
+        {"no record", errors::NoCurrentRecord, [&] { none->Edit(); }},
+        {"a picture", errors::TypeMismatch, [&] { details->field("Picture"); }},
+        {"set before edit", errors::InvalidCall, [&] { details->setField("Zone", std::int32_t(1)); }},
+        {"edit what is read only", errors::ReadOnlyDatabase, [&] { readOnly->Edit(); }},
+        {"set what is read only", errors::ReadOnlyDatabase, [&] { readOnly->setField("Zone", Null()); }},
+        {"a value twice", errors::InvalidCall,
+            [&] {
+                details->AddNew();
+                details->setField("Odd \"name", "b");
+                details->Update();
+            }},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(errorOf(each.act), each.expected) << each.what;
+}
+
+TEST_F(SqliteJobs, HeldByAnotherProgramAreLocked) {
+    const auto holder = makeDatabaseEngine()->OpenDatabase(path_, true, false);
+    EXPECT_EQ(errorOf([&] { open(true); }), errors::DatabaseLocked);
+}
+
+TEST_F(SqliteJobs, CutOrOverwrittenAreRefused) {
+    std::filesystem::resize_file(path_, 4096);
+    EXPECT_EQ(errorOf([&] { open(true)->OpenRecordset("JobDetails"); }), errors::UnrecognisedDatabase);
+    folder_.make("new job.mdb", "SQLite format 3" + std::string(9000, '\0'));
+    EXPECT_EQ(errorOf([&] { open(true); }), errors::UnrecognisedDatabase);
+}
+
+} // namespace
+} // namespace genutil
