@@ -1,6 +1,7 @@
 #include "component/variant.h"
 #include "component_scripted_object.h"
 #include "hostif/error.h"
+#include "support/error_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,21 +13,14 @@ using k_genutil::Variant;
 
 namespace {
 
+using fake::errorOf;
+
 // A variant that refers to the value in another one, as hosts pass arguments by reference.
 Variant referenceTo(VARIANT& holder) {
     Variant reference;
     reference.vt = VARTYPE(VT_BYREF | holder.vt);
     reference.byref = &holder.llVal; // all values of a variant stand in the same place
     return reference;
-}
-
-int errorOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
 }
 
 TEST(VariantConversion, HandsEveryTypeOnByValueAndByReferenceAndWritesItBack) {

@@ -1,5 +1,6 @@
 #include "hostif/error.h"
 #include "platform/database/database_engine.h"
+#include "support/error_of.h"
 #include "support/file_folder.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,8 @@
 
 namespace genutil {
 namespace {
+
+using fake::errorOf;
 
 // A job as another program makes it.
 class SqliteJobs : public testing::Test {
@@ -36,16 +39,6 @@ protected:
     fake::FileFolder folder_;
     std::string path_ = folder_ / "new job.mdb";
 };
-
-template<class Act>
-int errorOf(const Act& act) {
-    try {
-        act();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 TEST_F(SqliteJobs, GiveTheirTablesAndValues) {
     const auto database = open(true);

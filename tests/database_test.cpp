@@ -1,6 +1,7 @@
 #include "hostif/error.h"
 #include "platform/database/database_engine.h"
 #include "platform/database/jet_text.h"
+#include "support/error_of.h"
 #include "support/file_folder.h"
 #include "support/json.h"
 #include "support/read_database.h"
@@ -14,6 +15,8 @@
 namespace genutil {
 namespace {
 
+using fake::errorOf;
+
 namespace fs = std::filesystem;
 
 const fs::path jobs = fs::path(GENUTIL_SAMPLES) / "jobs";
@@ -25,16 +28,6 @@ std::string contentsOf(const fs::path& path) {
 
 std::shared_ptr<Database> open(const std::string& name) {
     return makeDatabaseEngine()->OpenDatabase((jobs / name).string(), false, true);
-}
-
-template<class Act>
-int errorOf(const Act& act) {
-    try {
-        act();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
 }
 
 // -1 for a table that is not there.

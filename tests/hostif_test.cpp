@@ -2,6 +2,7 @@
 #include "hostif/error.h"
 #include "hostif/report_text.h"
 #include "hostif/value.h"
+#include "support/error_of.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -14,14 +15,7 @@ using namespace genutil;
 
 namespace {
 
-int errorOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
-}
+using fake::errorOf;
 
 struct CommaLocale {
     CommaLocale() { setNumberLocale({.decimalPoint = ",", .groupSeparator = "."}); }

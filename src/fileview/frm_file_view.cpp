@@ -107,7 +107,7 @@ void frmFileView::connectMenus() {
         on(command.item.click, command.item.name() + "_Click",
             [this, action = command.action] { (this->*action)(); });
     const auto print = [this] {
-        if (!(modified_ && editAllowed_) || SaveChanges())
+        if (settleChanges())
             PrintFile();
     };
     on(mnu_Print.click, "mnu_Print_Click", print);

@@ -109,6 +109,9 @@ private:
     void windowUnloaded();
     void zoomTo(double zoom);
 
+    // SaveChanges() where there is something to save and it may be. False ends the command that asked.
+    bool settleChanges();
+    void noteNothingToSave();
     void runEditor();
     // Writes the text to the file; asks for a name where there is none, and before what another program has
     // written is lost. False when the user said no.

@@ -102,8 +102,8 @@ void frmFileView::showNothing() {
     notice.forget();
     shownFile_.clear();
     rtbViewText.clear();
-    modified_ = edited_ = false;
-    mnu_Save.enabled = false;
+    edited_ = false;
+    noteNothingToSave();
 }
 
 void frmFileView::loadRich() {
@@ -184,7 +184,7 @@ void frmFileView::storePlacement() {
 
 void frmFileView::OpenFile() {
     run("OpenFile", [this] {
-        if (modified_ && editAllowed_ && !SaveChanges())
+        if (!settleChanges())
             return;
         FileDialog dialog = commonDialog1;
         dialog.filter = openFilter;
@@ -201,8 +201,7 @@ void frmFileView::openPath(const std::string& file) {
     FileToView = file;
     fileFormat_ = formatOf(file);
     DisplayFile();
-    modified_ = false;
-    mnu_Save.enabled = false;
+    noteNothingToSave();
     const bool isShown = shownFile_ == file;
     mnu_SaveAs.enabled = isShown;
     mnu_Print.enabled = isShown;

@@ -39,18 +39,25 @@ bool frmFileView::SaveChanges() {
             return true;
         if (!saveText(FileToView))
             return false;
-        modified_ = false;
-        mnu_Save.enabled = false;
+        noteNothingToSave();
         return true;
     });
+}
+
+bool frmFileView::settleChanges() {
+    return !(modified_ && editAllowed_) || SaveChanges();
+}
+
+void frmFileView::noteNothingToSave() {
+    modified_ = false;
+    mnu_Save.enabled = false;
 }
 
 void frmFileView::SaveTheFile() {
     run("SaveTheFile", [this] {
         if (!modified_ || !saveText(FileToView))
             return;
-        modified_ = false;
-        mnu_Save.enabled = false;
+        noteNothingToSave();
     });
 }
 
@@ -183,7 +190,7 @@ void frmFileView::rescueText() {
 void frmFileView::EditFile() {
     run("EditFile", [this] {
         // The file is shown again afterwards: what has been typed here would be gone.
-        if (edited_ && modified_ && editAllowed_ && !SaveChanges())
+        if (edited_ && !settleChanges())
             return;
         const text::TextPosition anchor = rtbViewText.anchor();
         const text::TextPosition caret = rtbViewText.caret();

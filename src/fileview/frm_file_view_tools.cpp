@@ -71,7 +71,7 @@ void frmFileView::connectTools() {
     on(notice.cmdReload.click, "cmdReload_Click", [this] { ReloadFile(); });
     on(notice.cmdIgnore.click, "cmdIgnore_Click", [this] { notice.ignore(); });
     on(userDropFile, "Form_DropFile", [this](const std::string& file) {
-        if (mnu_OpenFile.enabled && (!(modified_ && editAllowed_) || SaveChanges()))
+        if (mnu_OpenFile.enabled && settleChanges())
             openPath(file);
     });
 }
@@ -119,8 +119,7 @@ void frmFileView::ReloadFile() {
             return;
         followFile(state);
         rtbViewText.select(anchor, caret);
-        modified_ = false;
-        mnu_Save.enabled = false;
+        noteNothingToSave();
     });
 }
 
