@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The dialogs know no desktop and no database: what floors 0 to 3 are built from refers to neither.
+# The dialogs know no desktop and no database: what floors 0 to 3 are built from refers to neither. The host knows the
+# component's public face and the database engine.
 #   check_floors.sh SOURCE_DIR LIBRARY... -- PROGRAM...
 set -u
 source_dir=$1
@@ -28,4 +29,10 @@ for floor in $floors; do
         bad=1
     fi
 done
+# Of the component's insides the host shares the database engine, and nothing else.
+if grep -nE '#include "' -r "$source_dir/src/host" |
+    grep -vE '#include "(host/|platform/database/(database_engine|new_database)\.h|hostif/(database|value|error)\.h)'; then
+    echo "src/host includes a header of the component's insides"
+    bad=1
+fi
 exit $bad

@@ -1,5 +1,6 @@
 #include "component/class_objects.h"
 #include "component/form_object.h"
+#include "component/host_database.h"
 #include "component/host_object.h"
 #include "component/host_services.h"
 #include "component/object_factory.h"
@@ -217,6 +218,50 @@ TEST(FormObject, ShowsTheModelByNameAndEndsWithTheForm) {
     form = make();
     EXPECT_NE(automationObject(*form).get(), object.object())
         << "a new form at the same place is another object";
+}
+
+TEST(HostDatabase, IsReachedThroughItsCollections) {
+    using Arguments = ScriptedObject::Arguments;
+    const auto object = [](const Ref<ScriptedObject>& from) {
+        return Variant(static_cast<IDispatch*>(from.get()));
+    };
+    auto field = scripted();
+    Variant stored(7.5);
+    field->with("Value",
+        [&](const Arguments& a) { return a.empty() ? stored : (VariantCopy(&stored, a[0]), Variant()); });
+    auto fields = scripted();
+    fields->with("Item", [&](const Arguments& a) -> Variant {
+        if (toValue(*a[0]).toText() != "Zone")
+            throw ScriptedError{errors::ItemNotFound, "no such field", "engine"};
+        return object(field);
+    });
+    auto rows = scripted();
+    rows->withValue("RecordCount", std::int32_t{70000}).withValue("BOF", false).withValue("EOF", true);
+    rows->with("Fields", [&](const Arguments&) { return object(fields); });
+    rows->with("Edit", [](const Arguments&) -> Variant {
+        throw ScriptedError{errors::ReadOnlyDatabase, "read-only", "engine"};
+    });
+    auto table = scripted();
+    table->withValue("Name", "AlphaIds").withValue("RecordCount", std::int32_t{12});
+    auto tables = scripted();
+    tables->withValue("Count", std::int16_t{1});
+    tables->with("Item", [&](const Arguments&) { return object(table); });
+    auto host = scripted();
+    host->with("TableDefs", [&](const Arguments&) { return object(tables); });
+    host->with("OpenRecordset", [&](const Arguments&) { return object(rows); });
+
+    const auto database = databaseOf(host.get());
+    EXPECT_EQ(database->tableCount(), 1);
+    EXPECT_EQ(database->tableName(0) + std::to_string(database->tableRecordCount(0)), "AlphaIds12");
+    const auto recordset = database->OpenRecordset("JobDetails");
+    EXPECT_EQ(host->log.back(), "OpenRecordset|JobDetails");
+    EXPECT_EQ(recordset->RecordCount(), 70000);
+    EXPECT_TRUE(!recordset->BOF() && recordset->EOF_());
+    recordset->setField("Zone", Value(std::int16_t{56}));
+    EXPECT_EQ(recordset->field("Zone"), Value(std::int16_t{56}));
+    EXPECT_EQ(errorOf([&] { recordset->field("Datum"); }).number(), errors::ItemNotFound);
+    EXPECT_EQ(errorOf([&] { recordset->Edit(); }).description(), "read-only");
+    EXPECT_FALSE(databaseOf(nullptr) || recordsetOf(nullptr));
 }
 
 } // namespace

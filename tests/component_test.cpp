@@ -255,7 +255,7 @@ TEST_F(PublicObjects, ReportFailuresWithTheirQualifiedNameByEitherBinding) {
             "(Class Module) cFileViewLoader::Sub LoadFileViewForm"},
         {classes::cInternalBrowserLoader, tables::dispatchTable<_cInternalBrowserLoader>, 31000,
             "(Class Module) cInternalBrowserLoader::Sub LoadForm"},
-        {classes::cJobListLoader, tables::dispatchTable<_cJobListLoader>, 31000,
+        {classes::cJobListLoader, tables::dispatchTable<_cJobListLoader>, 91,
             "(Class Module) cJobListLoader::Function LoadJobListForm"},
         {classes::cDefaultsLoader, tables::dispatchTable<_cDefaultsLoader>, 31000,
             "(Class Module) cDefaultsLoader::Function LoadDefaultsForm"},
@@ -292,6 +292,13 @@ TEST_F(PublicObjects, ReportFailuresWithTheirQualifiedNameByEitherBinding) {
         SysFreeString(exception.bstrSource);
         SysFreeString(exception.bstrDescription);
     }
+    Ref<_JobListing> listing;
+    ASSERT_EQ(make(classes::cJobListLoader)->QueryInterface(iidOf<_JobListing>, listing.out()), S_OK);
+    Text format("xml"), column, written("as it was");
+    const Raised refused =
+        takeRaised(listing->Write(format.inOut(), column.inOut(), VARIANT_FALSE, written.inOut()));
+    EXPECT_EQ(refused.source, "(Class Module) cJobListLoader::Function Write");
+    EXPECT_EQ(written.utf8(), "as it was");
     Ref<_cProgress> progress;
     ASSERT_EQ(make(classes::cProgress)->QueryInterface(iidOf<_cProgress>, progress.out()), S_OK);
     Text count("1");

@@ -118,8 +118,28 @@ TEST_F(SqliteJobs, HeldByAnotherProgramAreLocked) {
     EXPECT_EQ(errorOf([&] { open(true); }), errors::DatabaseLocked);
 }
 
+// What writers keep beside the file shall not appear in a folder that is only looked at.
+TEST_F(SqliteJobs, WithALogAreReadWithoutLeavingFiles) {
+    run("PRAGMA journal_mode = WAL");
+    EXPECT_EQ(open(true)->OpenRecordset("JobDetails")->RecordCount(), 2);
+    EXPECT_EQ(folder_.names(), std::set<std::string>{"new job.mdb"});
+    sqlite3* writer = nullptr;
+    ASSERT_EQ(sqlite3_open(path_.c_str(), &writer), SQLITE_OK);
+    sqlite3_exec(writer, "DELETE FROM JobDetails", nullptr, nullptr, nullptr);
+    EXPECT_EQ(open(true)->OpenRecordset("JobDetails")->RecordCount(), 0) << "the log counts";
+    sqlite3_close(writer);
+}
+
+TEST_F(SqliteJobs, LeftInTheMiddleOfAChangeSayWhatToDo) {
+    folder_.make("new job.mdb-journal", std::string(1000, '\xD9'));
+    EXPECT_EQ(errorOf([&] { open(true); }), errors::DatabaseLocked);
+    EXPECT_EQ(open(false)->tableCount(), 2);
+}
+
 TEST_F(SqliteJobs, CutOrOverwrittenAreRefused) {
+    const auto early = open(true)->OpenRecordset("JobDetails");
     std::filesystem::resize_file(path_, 4096);
+    EXPECT_EQ(errorOf([&] { early->field("Zone"); }), errors::UnrecognisedDatabase) << "cut while it is read";
     EXPECT_EQ(errorOf([&] { open(true)->OpenRecordset("JobDetails"); }), errors::UnrecognisedDatabase);
     folder_.make("new job.mdb", "SQLite format 3" + std::string(9000, '\0'));
     EXPECT_EQ(errorOf([&] { open(true); }), errors::UnrecognisedDatabase);

@@ -1,6 +1,7 @@
 #include "hostif/error.h"
 #include "platform/database/database_engine.h"
 #include "platform/database/jet_text.h"
+#include "support/another_user.h"
 #include "support/error_of.h"
 #include "support/file_folder.h"
 #include "support/json.h"
@@ -9,8 +10,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
 #include <functional>
+#include <numeric>
 #include <random>
+
+#include <sys/resource.h>
 
 namespace genutil {
 namespace {
@@ -156,6 +164,9 @@ TEST(JobDatabases, RefuseWithTheErrorThatFits) {
     const auto details = database->OpenRecordset("JobDetails");
     const auto none = open("EmptyDetails.mdb")->OpenRecordset("JobDetails");
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    fs::create_symlink("/dev/zero", folder / "device.mdb");
+    fs::create_symlink("loop.mdb", folder / "loop.mdb");
+    fs::create_symlink("gone", folder / "dangling.mdb");
     struct Case {
         const char* what;
         int expected;
@@ -166,6 +177,9 @@ TEST(JobDatabases, RefuseWithTheErrorThatFits) {
         {"no folder", errors::PathNotFound, opening(folder / "no/no.mdb")},
         {"a folder", errors::UnrecognisedDatabase, opening(folder.path.string())},
         {"a pipe", errors::UnrecognisedDatabase, opening(folder / "pipe")},
+        {"a link to a device", errors::UnrecognisedDatabase, opening(folder / "device.mdb")},
+        {"links in a circle", errors::DeviceError, opening(folder / "loop.mdb")},
+        {"a link to nothing", errors::FileNotFound, opening(folder / "dangling.mdb")},
         {"no bytes", errors::UnrecognisedDatabase, [] { open("bad_zero.mdb"); }},
         {"a text", errors::UnrecognisedDatabase, [] { open("bad_text.mdb"); }},
         {"half a file", errors::UnrecognisedDatabase, [] { open("bad_truncated.mdb"); }},
@@ -184,6 +198,10 @@ TEST(JobDatabases, RefuseWithTheErrorThatFits) {
     };
     for (const Case& each : cases)
         EXPECT_EQ(errorOf(each.act), each.expected) << each.what;
+    const std::string closed = folder.make("closed.mdb");
+    fs::permissions(closed, fs::perms::none);
+    const fake::AnotherUser anotherUser;
+    EXPECT_EQ(errorOf(opening(closed)), errors::PermissionDenied);
 }
 
 TEST(JobDatabases, MoveFromTheFirstRecordBehindTheLastAndBack) {
@@ -283,31 +301,95 @@ TEST(JobDatabases, ThatAreCutWhileTheyAreReadSaySo) {
     EXPECT_EQ(errorOf([&] { database->OpenRecordset("AlphaIds"); }), errors::UnrecognisedDatabase);
 }
 
-// Bytes flipped in any place, most of them in the first sixteen bytes of a page or in numbers, or pages cut
-// off. K_GENUTIL_DAMAGED_FILES: how many of each job, 12 unless it is set.
-TEST(JobDatabases, DamagedInAnyPlaceAreReadOrRefused) {
+// Most databases are not; those that are have all pages but the first enciphered, each with a key of its own.
+std::string encoded(std::string bytes) {
+    constexpr std::size_t pageSize = 2048, keyPlace = 0x3E;
+    constexpr std::uint32_t key = 0x12345678;
+    for (std::size_t page = 0; page < bytes.size() / pageSize; ++page) {
+        const std::uint32_t pageKey = page == 0 ? key : key ^ static_cast<std::uint32_t>(page);
+        const auto keyByte = [pageKey](std::size_t i) { return pageKey >> i % 4 * 8 & 0xFF; };
+        const auto change = [&](std::size_t i, std::size_t with) {
+            bytes[page * pageSize + i] =
+                static_cast<char>(bytes[page * pageSize + i] ^ static_cast<char>(with));
+        };
+        if (page == 0) {
+            for (std::size_t i = 0; i < 4; ++i)
+                change(keyPlace + i, keyByte(i));
+            continue;
+        }
+        std::array<std::size_t, 256> state;
+        std::iota(state.begin(), state.end(), 0);
+        for (std::size_t i = 0, j = 0; i < 256; ++i) {
+            j = (j + state[i] + keyByte(i)) & 0xFF;
+            std::swap(state[i], state[j]);
+        }
+        for (std::size_t n = 0, i = 0, j = 0; n < pageSize; ++n) {
+            i = (i + 1) & 0xFF;
+            j = (j + state[i]) & 0xFF;
+            std::swap(state[i], state[j]);
+            change(n, state[(state[i] + state[j]) & 0xFF]);
+        }
+    }
+    return bytes;
+}
+
+TEST(JobDatabases, ThatAreEncodedAreReadAsOthers) {
+    const fake::FileFolder folder;
+    const std::string path = folder.make("job.mdb", encoded(contentsOf(jobs / "Jet3 Memo.mdb")));
+    EXPECT_EQ(makeDatabaseEngine()
+                  ->OpenDatabase(path, false, true)
+                  ->OpenRecordset("JobDetails")
+                  ->field("Description"),
+        open("Jet3 Memo.mdb")->OpenRecordset("JobDetails")->field("Description"));
+}
+
+// Most of them in the first sixteen bytes of a page or in numbers; every fourth time pages are cut off.
+std::string damaged(std::string bytes, std::mt19937& random, bool isCut) {
+    const auto below = [&](std::size_t end) { return static_cast<std::size_t>(random() % end); };
+    for (std::size_t changes = 1 + below(40); changes > 0; --changes) {
+        const std::size_t page = below(bytes.size() / 1024) * 1024;
+        const std::size_t place = page + (below(2) ? below(16) : below(1024));
+        const char values[] = {0, 1, 2, '\x7F', '\x80', '\xFF', static_cast<char>(random())};
+        bytes[place] = values[below(std::size(values))];
+    }
+    if (isCut)
+        bytes.resize(below(bytes.size() / 1024) * 1024);
+    return bytes;
+}
+
+// K_GENUTIL_DAMAGED_FILES: how many of each job, 12 unless it is set.
+TEST(JobDatabases, DamagedInAnyPlaceAreReadOrRefusedSoonAndInLittleMemory) {
     const char* const wanted = std::getenv("K_GENUTIL_DAMAGED_FILES");
     const int rounds = wanted ? std::atoi(wanted) : 12;
     const fake::FileFolder folder;
     const auto engine = makeDatabaseEngine();
     std::mt19937 random(17);
-    const auto below = [&](std::size_t end) { return static_cast<std::size_t>(random() % end); };
+    std::chrono::duration<double> slowest{0};
+    const auto peak = [] {
+        struct rusage used {};
+        ::getrusage(RUSAGE_SELF, &used);
+        return used.ru_maxrss / 1024; // megabytes
+    };
+    const auto peakBefore = peak();
+    int cases = 0;
     for (const auto& entry : fs::directory_iterator(jobs)) {
         const std::string whole = contentsOf(entry.path());
-        for (int round = 0; round < rounds && whole.size() > 4096; ++round) {
-            std::string bytes = whole;
-            for (std::size_t changes = 1 + below(40); changes > 0; --changes) {
-                const std::size_t page = below(bytes.size() / 2048) * 2048;
-                const std::size_t place = page + (below(2) ? below(16) : below(2048));
-                const char values[] = {0, 1, 2, '\x7F', '\x80', '\xFF', static_cast<char>(random())};
-                bytes[place] = values[below(std::size(values))];
-            }
-            if (round % 4 == 0)
-                bytes.resize(below(bytes.size() / 4096) * 4096);
+        for (int round = 0; round < rounds && whole.size() > 4096; ++round, ++cases) {
             SCOPED_TRACE(entry.path().filename().string() + ", round " + std::to_string(round));
-            EXPECT_NO_THROW(test::readAll(*engine, folder.make("job.mdb", bytes)));
+            const std::string path = folder.make("job.mdb", damaged(whole, random, round % 4 == 0));
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_NO_THROW(test::readAll(*engine, path));
+            slowest =
+                std::max<std::chrono::duration<double>>(slowest, std::chrono::steady_clock::now() - start);
         }
     }
+    const auto grown = peak() - peakBefore;
+    std::printf(
+        "%d damaged files, the slowest %.3f s, memory grown by %ld MB\n", cases, slowest.count(), grown);
+    EXPECT_LT(slowest.count(), 2);
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_LT(grown, 64);
+#endif
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "host/component_access.h"
 #include "host/gauge_demo.h"
+#include "host/job_schema.h"
 #include "host/main_window.h"
 #include "host/report_model.h"
 #include "host/settings_file.h"
@@ -13,7 +14,10 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QProcess>
+#include <QPushButton>
+#include <QTableView>
 #include <QTemporaryDir>
+#include <QTextEdit>
 #include <QTreeView>
 #include <QWidget>
 
@@ -202,6 +206,45 @@ TEST_F(HostWithComponent, TheInstantHelpChoiceOutlivesTheMainWindow) {
         EXPECT_EQ(host_->instantHelpOn, choice);
         EXPECT_EQ(again.instantHelpAction()->isChecked(), choice);
     }
+}
+
+TEST_F(HostWithComponent, TheJobThatIsChosenInTheListIsOpenAlsoAtTheNextStart) {
+    QDir().mkpath(path("jobs"));
+    createJob(file("jobs/a.gdb"));
+    createJob(file("jobs/Second job.old.gdb"));
+    std::ofstream(file("jobs/bad.mdb")) << "text";
+    ComponentAccess component(host_);
+    {
+        MainWindow main(host_, component);
+        main.show();
+        main.openJob(path("jobs/a.gdb"));
+        EXPECT_EQ(main.windowTitle(), "a - Kestal");
+        host_->attended = true; // a message box for the bad file would be visited, too
+        const WindowVisitor visitor([](QWidget& list) {
+            auto* grid = list.findChild<QTableView*>();
+            auto* change = list.findChild<QPushButton*>("cmdChangeJob");
+            ASSERT_TRUE(grid && change);
+            ASSERT_EQ(grid->model()->rowCount(), 2);
+            grid->setCurrentIndex(grid->model()->index(1, 0));
+            settle(50);
+            change->click();
+        });
+        main.listJobs();
+        host_->attended = false;
+        EXPECT_EQ(visitor.visited(), 1) << visitor.failure();
+        EXPECT_EQ(main.windowTitle(), "Second job - Kestal");
+        EXPECT_EQ(main.findChild<QPushButton*>("cmdProblems")->text(), "1 job file could not be read");
+        EXPECT_EQ(setting("DataPath"), file("jobs/"));
+        main.openJob(path("jobs/bad.mdb"));
+        EXPECT_EQ(main.windowTitle(), "Second job - Kestal") << "the earlier job stays";
+    }
+    const MainWindow again(host_, component);
+    EXPECT_EQ(again.windowTitle(), "Second job - Kestal");
+    QFile::remove(path("jobs/Second job.old.gdb"));
+    const MainWindow without(host_, component);
+    EXPECT_EQ(without.windowTitle(), "Kestal");
+    EXPECT_THAT(
+        without.findChild<QTextEdit*>("txtJob")->toPlainText().toStdString(), HasSubstr("No job is open"));
 }
 
 TEST_F(HostWithComponent, TheProgramAnswersWithItsExitCodes) {

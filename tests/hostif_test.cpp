@@ -1,4 +1,5 @@
 #include "hostif/controls.h"
+#include "hostif/grid.h"
 #include "hostif/error.h"
 #include "hostif/report_text.h"
 #include "hostif/value.h"
@@ -254,8 +255,8 @@ TEST(Grid, ReadsItsFormatAndKeepsShortRows) {
     Grid grid(*form, "flxTest");
     grid.setFormat("<Job|^Zone|>Points|");
     grid.addRow("a\tb");
-    ASSERT_EQ(grid.columns().size(), 4u);
-    EXPECT_EQ(grid.columns()[2].alignment, Alignment::Right);
+    ASSERT_EQ(grid.columnCount(), 4);
+    EXPECT_EQ(grid.column(2).alignment, Alignment::Right);
     EXPECT_EQ(grid.text(0, 1), "Zone");
     EXPECT_EQ(grid.text(1, 1), "b");
     EXPECT_EQ(grid.text(1, 3), "");

@@ -314,8 +314,10 @@ struct Discovery : Jobs {
 
 TEST_F(Discovery, TakesJobFilesOfAnyNameAndNothingElse) {
     for (const char* name : {"b.gdb", "A.gdb", "c.mdb", "X.MDB", "survey.old.gdb", "two words.Gdb",
-             "definitions.gdb", "\xFF.gdb"})
+             "definitions.gdb", "q\n\tq.gdb", "\xFF.gdb"})
         makeJob(name);
+    const std::string longest = std::string(251, 'y') + ".gdb";
+    makeJob(longest);
     for (const char* name : {"InstHelp.gdb", ".hidden.gdb", "notes.txt", "a.gdb.bak", "gdb", "a.mdbx"})
         folder.make(name);
     std::filesystem::create_directory(folder / "folder.gdb");
@@ -323,8 +325,8 @@ TEST_F(Discovery, TakesJobFilesOfAnyNameAndNothingElse) {
     ASSERT_EQ(::mkfifo((folder / "pipe.mdb").c_str(), 0600), 0);
     discovery.thisJob->put(job::JobName, "\xFE"); // not the file whose name is as unreadable
     discovery.thisJob->put(job::JobExtension, ".gdb");
-    EXPECT_EQ(jobs(), (Texts{"A.gdb", "b.gdb", "c.mdb", "definitions.gdb", "survey.old.gdb", "two words.Gdb",
-                          "X.MDB", "\xFF.gdb"}));
+    EXPECT_EQ(jobs(), (Texts{"A.gdb", "b.gdb", "c.mdb", "definitions.gdb", "q\n\tq.gdb", "survey.old.gdb",
+                          "two words.Gdb", "X.MDB", longest, "\xFF.gdb"}));
     EXPECT_EQ(databases.mostOpen, 2) << "one database and its recordset at a time";
     EXPECT_TRUE(std::ranges::count(databases.log, "OpenDatabase " + path + "A.gdb read-only"));
     EXPECT_EQ(caption, "List Jobs - " + path);

@@ -141,6 +141,22 @@ protected:
     ~_cJobListLoader() = default;
 };
 
+/// A further interface of cJobListLoader, without a dialog: the jobs of a folder as text, for programs that
+/// print or export them.
+struct _JobListing : IUnknown {
+    /// Reads the jobs of a folder, whose path ends in a separator. Files that cannot be read are reported to
+    /// errHandler and passed over. `prog` may be Nothing. `jobs` receives how many were read.
+    virtual HRESULT STDMETHODCALLTYPE ReadFolder(BSTR* folder, IDispatch** prog, LONG* jobs) = 0;
+    /// Writes what was read: `format` is "table", "tsv", "csv" or "json"; `sortColumn` is a column's title,
+    /// case left aside, led by "-" for the reverse order, or "" for the order of the names. The columns are
+    /// those that say most, or all 27.
+    virtual HRESULT STDMETHODCALLTYPE Write(
+        BSTR* format, BSTR* sortColumn, VARIANT_BOOL allColumns, BSTR* text) = 0;
+
+protected:
+    ~_JobListing() = default;
+};
+
 /// Edits the preferences; the result is True when they were saved.
 struct _cDefaultsLoader : ILoader {
     virtual HRESULT STDMETHODCALLTYPE LoadDefaultsForm(IDispatch** IHelp, IDispatch** prog,
@@ -202,6 +218,9 @@ inline constexpr IID iidOf<_cProgress>{
 template<>
 inline constexpr IID iidOf<_cJobListLoader>{
     0x7FFEA7A1, 0x4FAA, 0x4D1F, {0x88, 0x3A, 0x85, 0x8D, 0x8B, 0xEC, 0x59, 0xB2}};
+template<>
+inline constexpr IID iidOf<_JobListing>{
+    0x2C0B1A57, 0x9D3E, 0x4F68, {0xA1, 0x4C, 0x63, 0x0E, 0x77, 0x5B, 0xD2, 0x19}};
 template<>
 inline constexpr IID iidOf<_cDefaultsLoader>{
     0x0232B2AE, 0x385D, 0x4E8A, {0xA0, 0xE8, 0x88, 0xC0, 0xED, 0x50, 0x33, 0x1D}};

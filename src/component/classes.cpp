@@ -1,9 +1,12 @@
 #include "component/class_list.h"
 #include "component/dual_object.h"
 #include "component/form_object.h"
+#include "component/host_database.h"
 #include "component/host_object.h"
 #include "fileview/c_file_view_loader.h"
 #include "frame/loader.h"
+#include "joblist/c_job_list_loader.h"
+#include "joblist/job_listing.h"
 #include "progress/c_progress.h"
 
 #include <algorithm>
@@ -123,18 +126,64 @@ public:
     }
 };
 
-class JobListObject final : public PendingObject<k_genutil::_cJobListLoader> {
+// Lists jobs in the dialog, and without it through a further interface.
+class JobListObject final : public PublicObject<k_genutil::_cJobListLoader, cJobListLoader>,
+                            public k_genutil::_JobListing {
 public:
-    using PendingObject::PendingObject;
+    explicit JobListObject(Component& component) : PublicObject(component), listing_(component) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        return PublicObject::QueryInterface(iid, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return PublicObject::AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return PublicObject::Release(); }
+
     HRESULT STDMETHODCALLTYPE LoadJobListForm(IDispatch** jobSelected, IDispatch** IHelp, IDispatch** prog,
         IDispatch** jobDetails, IDispatch** currentJob, IDispatch** mainForm, VARIANT_BOOL* showExt,
         IDispatch** jobDB, IDispatch** jobDetailsRset, IDispatch** jobCfg, IDispatch** jobGeneral,
         VARIANT_BOOL* result) override {
-        const bool given = allGiven(jobSelected, IHelp, prog, jobDetails, currentJob, mainForm, showExt,
-            jobDB, jobDetailsRset, jobCfg, jobGeneral, result);
-        return given ? refuse() : noPlace();
+        if (!allGiven(jobSelected, IHelp, prog, jobDetails, currentJob, mainForm, showExt, jobDB,
+                jobDetailsRset, jobCfg, jobGeneral, result))
+            return noPlace();
+        return perform([&] {
+            CurrentJob current;
+            if (*currentJob)
+                current = {recordOf(*currentJob, "currentJob"), recordOf(*jobDetails, "jobDetails"),
+                    recordOf(*jobCfg, "jobCfg"), recordOf(*jobGeneral, "jobGeneral"), databaseOf(*jobDB),
+                    recordsetOf(*jobDetailsRset)};
+            const bool chosen =
+                core_.LoadJobListForm(recordOf(*jobSelected, "jobSelected"), recordOf(*IHelp, "IHelp"),
+                    recordOf(*prog, "prog"), current, recordOf(*mainForm, "mainForm"), truth(showExt));
+            *result = chosen ? VARIANT_TRUE : VARIANT_FALSE;
+        });
     }
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+
+    HRESULT STDMETHODCALLTYPE ReadFolder(BSTR* folder, IDispatch** prog, LONG* jobs) override {
+        return allGiven(folder, prog, jobs)
+                   ? perform([&] { *jobs = listing_.ReadFolder(textOf(folder), recordOf(*prog, "prog")); })
+                   : noPlace();
+    }
+    HRESULT STDMETHODCALLTYPE Write(
+        BSTR* format, BSTR* sortColumn, VARIANT_BOOL allColumns, BSTR* text) override {
+        return allGiven(format, sortColumn, text) ? perform([&] {
+            k_genutil::Text written(
+                listing_.Write(textOf(format), textOf(sortColumn), allColumns != VARIANT_FALSE));
+            std::swap(*text, *written.inOut());
+        })
+                                                  : noPlace();
+    }
+
+private:
+    bool tellsErrorsOf(REFIID iid) const override {
+        return iid == k_genutil::iidOf<k_genutil::_JobListing> || PublicObject::tellsErrorsOf(iid);
+    }
+    void* find(REFIID iid) override {
+        return iid == k_genutil::iidOf<k_genutil::_JobListing> ? static_cast<k_genutil::_JobListing*>(this)
+                                                               : PublicObject::find(iid);
+    }
+
+    JobListing listing_;
 };
 
 class DefaultsObject final : public PendingObject<k_genutil::_cDefaultsLoader> {
@@ -197,10 +246,7 @@ const std::array<PublicClass, 8> publicClasses{{
         }},
     {names::cFileViewLoader, [](Component& c) { return own(new FileViewObject(c)); }},
     {names::cProgress, [](Component& c) { return own(new ProgressObject(c)); }},
-    {names::cJobListLoader,
-        [](Component& c) {
-            return own(new JobListObject(c, "cJobListLoader", "LoadJobListForm", "Function"));
-        }},
+    {names::cJobListLoader, [](Component& c) { return own(new JobListObject(c)); }},
     {names::cDefaultsLoader,
         [](Component& c) {
             return own(new DefaultsObject(c, "cDefaultsLoader", "LoadDefaultsForm", "Function"));

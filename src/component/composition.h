@@ -7,7 +7,8 @@
 
 namespace genutil {
 
-// The one place where the component is put together: this desktop, this system's files, the host's objects.
+// The one place where the component is put together: this desktop, this system's files, the databases that
+// it can read, the host's objects.
 class Composition {
 public:
     Composition();
@@ -16,6 +17,7 @@ public:
 private:
     std::unique_ptr<Desktop> desktop_;
     std::unique_ptr<FileSystem> files_;
+    std::unique_ptr<DatabaseEngine> databases_;
     AutomationObjectFactory objects_;
     Component component_;
 };

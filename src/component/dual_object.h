@@ -31,6 +31,8 @@ protected:
             return static_cast<ISupportErrorInfo*>(&support_);
         return DispatchObject<Interface>::find(iid);
     }
+    // Whether the members of this interface leave error information.
+    virtual bool tellsErrorsOf(REFIID iid) const { return iid == k_genutil::iidOf<Interface>; }
 
 private:
     // Shares the identity and the life of the object around it.
@@ -42,7 +44,7 @@ private:
         ULONG STDMETHODCALLTYPE AddRef() override { return owner_.AddRef(); }
         ULONG STDMETHODCALLTYPE Release() override { return owner_.Release(); }
         HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override {
-            return iid == k_genutil::iidOf<Interface> ? S_OK : S_FALSE;
+            return owner_.tellsErrorsOf(iid) ? S_OK : S_FALSE;
         }
         DualObject& owner_;
     };

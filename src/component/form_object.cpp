@@ -4,6 +4,7 @@
 #include "component/error_info.h"
 #include "component/variant.h"
 #include "hostif/form.h"
+#include "hostif/grid.h"
 #include "text/ascii.h"
 
 #include <algorithm>
@@ -143,20 +144,33 @@ private:
     std::weak_ptr<Form> form_;
 };
 
+// Which objects have a member.
+enum class Owner { Every, Form, Grid };
+
 // What an object offers besides the properties of its model.
 struct ExtraMember {
     std::string_view name; // in lower case
-    bool ofFormsOnly;
-    Variant (*use)(Control&);
+    Owner owner;
+    Variant (*use)(Control&, const Call&);
 };
 
+// A grid's column width by its number, in twips.
+Variant columnWidth(Control& grid, const Call& call) {
+    if (call.arguments.size() != 1)
+        throw Error(errors::InvalidCall, "'ColWidth' of " + grid.name() + " takes the number of a column");
+    return Variant(static_cast<Grid&>(grid).column(toValue(call.arguments[0]).toInt32()).width);
+}
+
 constexpr std::array extraMembers{
-    ExtraMember{"setfocus", false, [](Control& c) { return c.setFocus(), Variant(); }},
-    ExtraMember{"parent", false, [](Control& c) { return asVariant(&c.form()); }},
-    ExtraMember{"activecontrol", true, [](Control& c) { return asVariant(c.form().activeControl()); }},
-    ExtraMember{"refresh", true, [](Control& c) { return c.form().refresh(), Variant(); }},
-    ExtraMember{"controls", true,
-        [](Control& c) {
+    ExtraMember{"setfocus", Owner::Every, [](Control& c, const Call&) { return c.setFocus(), Variant(); }},
+    ExtraMember{"parent", Owner::Every, [](Control& c, const Call&) { return asVariant(&c.form()); }},
+    ExtraMember{"activecontrol", Owner::Form,
+        [](Control& c, const Call&) { return asVariant(c.form().activeControl()); }},
+    ExtraMember{
+        "refresh", Owner::Form, [](Control& c, const Call&) { return c.form().refresh(), Variant(); }},
+    ExtraMember{"colwidth", Owner::Grid, columnWidth},
+    ExtraMember{"controls", Owner::Form,
+        [](Control& c, const Call&) {
             const auto all = Ref<IDispatch>::adopt(new ControlCollection(c.form()));
             return Variant(all.get());
         }},
@@ -188,7 +202,12 @@ private:
 
     const ExtraMember* extra(const std::string& name) const {
         const auto found = std::ranges::find(extraMembers, std::string_view(name), &ExtraMember::name);
-        return found == extraMembers.end() || (found->ofFormsOnly && !isForm_) ? nullptr : &*found;
+        return found != extraMembers.end() && isOwner(found->owner) ? &*found : nullptr;
+    }
+
+    bool isOwner(Owner owner) const {
+        return owner == Owner::Every || (owner == Owner::Form && isForm_) ||
+               (owner == Owner::Grid && dynamic_cast<Grid*>(control_));
     }
 
     bool has(const std::string& name) override {
@@ -210,7 +229,7 @@ private:
             throw Error(errors::NoSuchMember, control_->name() + " has no member '" + call.name + "'");
         if (call.isPut())
             throw Error(errors::InvalidCall, "'" + call.name + "' of " + control_->name() + " is read-only");
-        return member ? member->use(*control_) : asVariant(named);
+        return member ? member->use(*control_, call) : asVariant(named);
     }
 
     Control* control_; // valid while the form is

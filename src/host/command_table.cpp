@@ -1,6 +1,7 @@
 #include "host/command_table.h"
 
 #include "host/gauge_demo.h"
+#include "host/job_commands.h"
 #include "host/main_window.h"
 #include "host/report_kinds.h"
 #include "host/tour.h"
@@ -64,10 +65,19 @@ const std::vector<Command>& commandTable() {
                     "the external editor with its switches (else the one in the settings)"},
                 {"--modal", "", "show the viewer modally"}},
             runView},
+        {"jobs", "FOLDER", "list the jobs of a folder on the standard output",
+            {{"--format", "FORMAT", "table (the usual one), tsv, csv or json"},
+                {"--sort", "COLUMN", "order by the column of this title; -COLUMN: the reverse order"},
+                {"--all-columns", "", "write all 27 columns, not only the main ones"}},
+            runJobs, Screen::Unused},
+        {"job-list", "", "show the list of jobs; the one that is chosen goes to the standard output",
+            {{"--folder", "DIR", "list the jobs of this folder (else of the data folder in the settings)"}},
+            runJobList},
+        {"new-job", "FILE", "make an empty job", {}, nullptr, Screen::Unused, runNewJob},
         {"gauge", "", "demonstrate the progress gauge", {{"--seconds", "N", "how long (5)", 1, 3600}},
             runGauge},
         {"tour", "", "play every dialog and take a picture of each",
-            {{"--shots", "DIR", "folder for the pictures", 0, -1, true}}, runTourCommand, false},
+            {{"--shots", "DIR", "folder for the pictures", 0, -1, true}}, runTourCommand, Screen::Usable},
     };
     return commands;
 }

@@ -19,6 +19,13 @@ struct CommandOption {
     bool isRequired = false;
 };
 
+/// What a command needs of a screen. Only where it is needed somebody is taken to sit at it.
+enum class Screen {
+    Needed,
+    Usable, ///< shows windows where there is one, draws them unseen where there is none
+    Unused  ///< shows nothing, even where there is one
+};
+
 struct Command {
     const char* name;     ///< "" is what runs without a command
     const char* fileName; ///< of the one argument that must be given, or ""
@@ -26,7 +33,11 @@ struct Command {
     std::vector<CommandOption> options;
     /// Returns the exit code.
     int (*run)(const CommandLine& line, const std::shared_ptr<Host>& host, ComponentAccess& component);
-    bool needsUser = true; ///< false: runs without a screen too
+    Screen screen = Screen::Needed;
+    /// What runs instead of `run` where the component has no part in it.
+    int (*runAlone)(const CommandLine& line, const std::shared_ptr<Host>& host) = nullptr;
+
+    bool needsUser() const { return screen == Screen::Needed; }
 };
 
 const std::vector<Command>& commandTable();

@@ -2,6 +2,7 @@
 
 #include "host/command_table.h"
 #include "host/component_access.h"
+#include "host/output.h"
 
 #include <QApplication>
 #include <QFile>
@@ -13,8 +14,6 @@
 
 namespace kestal {
 namespace {
-
-constexpr const char* versionText = "8.2";
 
 std::string usageOf(const Command& command) {
     std::string usage = "kestal";
@@ -145,15 +144,37 @@ void withoutPlatformNotes(QtMsgType, const QMessageLogContext&, const QString& t
         std::fprintf(stderr, "%s\n", qPrintable(text));
 }
 
+// A command that shows nothing has nothing to say of the toolkit but what ends it.
+void onlyFatalNotes(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+// False when a screen is needed and there is none.
+bool chooseScreen(Screen screen, const QTemporaryDir& folder) {
+    if (screen == Screen::Unused) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(onlyFatalNotes);
+    } else if (!hasScreen()) {
+        if (screen == Screen::Needed)
+            return false;
+        qputenv("QT_QPA_PLATFORM", platformWithoutScreen(folder));
+        qInstallMessageHandler(withoutPlatformNotes);
+    }
+    return true;
+}
+
 int runCommand(const CommandLine& line) {
     HostPaths paths = HostPaths::standard();
     // A tour begins with the settings of a fresh installation and leaves the user's alone.
     QTemporaryDir scratch;
-    if (!line.command->needsUser)
+    if (!line.command->needsUser())
         paths.settings = scratch.filePath("kestal.ini");
     const auto host = std::make_shared<Host>(paths);
-    host->attended = line.command->needsUser;
+    host->attended = line.command->needsUser();
     try {
+        if (line.command->runAlone)
+            return line.command->runAlone(line, host);
         ComponentAccess component(host);
         return line.command->run(line, host, component);
     } catch (const std::exception& error) {
@@ -167,20 +188,17 @@ int runCommand(const CommandLine& line) {
 } // namespace
 
 int runProgram(int argc, char** argv) {
+    guardStandardStreams();
     const CommandLine line = parseCommandLine({argv + 1, argv + argc});
     if (!line.command) {
         std::fprintf(line.exitCode == exit_codes::Success ? stdout : stderr, "%s\n", line.message.c_str());
         return line.exitCode;
     }
     const QTemporaryDir scratch;
-    if (!hasScreen()) {
-        if (line.command->needsUser) {
-            std::fprintf(
-                stderr, "kestal: there is no screen to show windows on: set DISPLAY or WAYLAND_DISPLAY\n");
-            return exit_codes::Failure;
-        }
-        qputenv("QT_QPA_PLATFORM", platformWithoutScreen(scratch));
-        qInstallMessageHandler(withoutPlatformNotes);
+    if (!chooseScreen(line.command->screen, scratch)) {
+        std::fprintf(
+            stderr, "kestal: there is no screen to show windows on: set DISPLAY or WAYLAND_DISPLAY\n");
+        return exit_codes::Failure;
     }
     QCoreApplication::setApplicationName("kestal");
     QCoreApplication::setApplicationVersion(versionText);

@@ -6,6 +6,8 @@
 
 namespace kestal {
 
+inline constexpr const char* versionText = "8.2";
+
 /// Exit codes of the program.
 namespace exit_codes {
 inline constexpr int Success = 0;

@@ -1,12 +1,14 @@
 #include "host/component_access.h"
 
 #include "host/class_factory.h"
+#include "host/current_job.h"
 #include "host/settings_file.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace kestal {
@@ -30,7 +32,12 @@ bool sameFile(const std::string& a, const std::string& b) {
     return !real.isEmpty() && real == QFileInfo(QString::fromStdString(b)).canonicalFilePath();
 }
 
-std::string errorText(const Server& server) {
+struct ErrorText {
+    std::string description;
+    std::string source;
+};
+
+ErrorText errorText(const Server& server) {
     Ref<IErrorInfo> information;
     if (!server.getErrorInfo ||
         server.getErrorInfo(0, reinterpret_cast<IErrorInfo**>(information.out())) != S_OK)
@@ -38,8 +45,18 @@ std::string errorText(const Server& server) {
     k_genutil::Text description, source;
     information->GetDescription(description.inOut());
     information->GetSource(source.inOut());
-    const std::string from = source.utf8();
-    return description.utf8() + (from.empty() ? "" : " (" + from + ")");
+    return {description.utf8(), source.utf8()};
+}
+
+std::string sentence(const ErrorText& text) {
+    return text.description + (text.source.empty() ? "" : " (" + text.source + ")");
+}
+
+// The error number in a result, or 0.
+int errorNumber(HRESULT result) {
+    constexpr unsigned errorsOfObjects = 0x800A0000;
+    const auto code = static_cast<unsigned>(result);
+    return (code & 0xFFFF0000) == errorsOfObjects ? static_cast<int>(code & 0xFFFF) : 0;
 }
 
 std::string codeText(HRESULT result) {
@@ -53,7 +70,7 @@ void registerLibrary(const std::string& path) {
     if (!server.registerServer)
         throw ComponentError("The library " + path + " cannot register itself");
     if (const HRESULT result = server.registerServer(); FAILED(result)) {
-        const std::string reason = errorText(server);
+        const std::string reason = sentence(errorText(server));
         throw ComponentError(
             "The component cannot be registered: " + (reason.empty() ? codeText(result) : reason) +
             "\nSet K_GENUTIL_REGISTRY to the path of a registry file that can be written.");
@@ -109,10 +126,19 @@ void ComponentAccess::registerHostClasses() {
 }
 
 void ComponentAccess::check(HRESULT result, const std::string& call) const {
+    const std::vector<std::string> reports = std::exchange(host_->procedureReports, {});
     if (SUCCEEDED(result))
         return;
-    const std::string reason = errorText(server_);
-    throw ComponentError(call + " has failed: " + (reason.empty() ? codeText(result) : reason));
+    ErrorText error = errorText(server_);
+    // On its way to the caller an error is described by its number alone; the report of the procedure where
+    // it happened says more.
+    const auto detailed = std::find_if(reports.rbegin(), reports.rend(),
+        [&](const std::string& report) { return report != error.description; });
+    if (!error.description.empty() && detailed != reports.rend())
+        error.description = *detailed;
+    if (error.description.empty())
+        error.description = codeText(result);
+    throw ComponentError(call + " has failed: " + sentence(error), errorNumber(result), error.description);
 }
 
 std::string ComponentAccess::defaultEditor() const {
@@ -133,6 +159,30 @@ void ComponentAccess::viewFile(
         "Showing " + (file.empty() ? "the viewer" : file));
     if (prog.get() != host_->prog.get())
         host_->takeProgram(prog.get());
+}
+
+bool ComponentAccess::listJobs(JobObject& selected, const CurrentJob& current, IDispatch* mainForm) {
+    const auto loader = create<k_genutil::_cJobListLoader>(k_genutil::classes::cJobListLoader.progId);
+    // The objects may come back as others, so the call gets references of its own.
+    const auto shared = [](IDispatch* object) { return Ref<IDispatch>::share(object); };
+    auto jobSelected = shared(&selected), prog = shared(host_->prog.get()), form = shared(mainForm);
+    auto job = shared(current.job.get()), details = shared(current.jobDetails.get());
+    auto configuration = shared(current.jobCfg.get()), general = shared(current.jobGeneral.get());
+    auto database = current.database, recordset = current.detailsRset;
+    auto instantHelp = makeInstantHelp(host_);
+    VARIANT_BOOL showExt = truthOf(Variant(std::string_view(readSetting(
+                               host_->paths.settings.toStdString(), "Kestal", "ShowExtensions", "True"))))
+                               ? VARIANT_TRUE
+                               : VARIANT_FALSE;
+    VARIANT_BOOL chosen = VARIANT_FALSE;
+    host_->readingProblems.clear();
+    check(loader->LoadJobListForm(jobSelected.inOut(), instantHelp.inOut(), prog.inOut(), details.inOut(),
+              job.inOut(), form.inOut(), &showExt, database.inOut(), recordset.inOut(), configuration.inOut(),
+              general.inOut(), &chosen),
+        "Listing the jobs");
+    if (chosen != VARIANT_FALSE && jobSelected.get() != &selected)
+        selected.copyFrom(jobSelected.get());
+    return chosen != VARIANT_FALSE;
 }
 
 } // namespace kestal

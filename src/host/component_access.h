@@ -9,10 +9,22 @@
 
 namespace kestal {
 
+class CurrentJob;
+
 /// A refusal of the component, or its absence: the text is fit for the user.
 class ComponentError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit ComponentError(const std::string& text) : std::runtime_error(text), reason_(text) {}
+    /// A call that failed with an error number (0: with another result), and why.
+    ComponentError(const std::string& text, int number, std::string reason)
+        : std::runtime_error(text), number_(number), reason_(std::move(reason)) {}
+    int number() const { return number_; }
+    /// Without what was being done.
+    const std::string& reason() const { return reason_; }
+
+private:
+    int number_ = 0;
+    std::string reason_;
 };
 
 /// The component of this installation: found through its registration, which is renewed when it is missing or
@@ -33,7 +45,8 @@ public:
             throw ComponentError(error.what());
         }
     }
-    /// Throws what the component says about a failed call.
+    /// Throws what the component says about a failed call: the procedure that failed and, of what it has
+    /// reported meanwhile, the description that tells most.
     void check(HRESULT result, const std::string& call) const;
 
     /// The setting "DefaultEditor": a command line, or "" for none.
@@ -46,6 +59,12 @@ public:
     void viewFile(const std::string& file, std::int16_t mode, bool modal) {
         viewFile(file, mode, modal, defaultEditor());
     }
+
+    /// Shows the list of jobs of the current job's folder, or of the data folder while no job is open, and
+    /// waits until it is closed. True when the user has chosen another job, which is then in `selected`.
+    /// `mainForm` places the dialog (main_form_object.h). What could not be read is in the host's
+    /// readingProblems.
+    bool listJobs(JobObject& selected, const CurrentJob& current, IDispatch* mainForm);
 
 private:
     void registerHostClasses();

@@ -1,5 +1,6 @@
 #include "host/host.h"
 
+#include "host/output.h"
 #include "host/settings_file.h"
 
 #include <QApplication>
@@ -7,8 +8,6 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QStandardPaths>
-
-#include <cstdio>
 
 namespace kestal {
 namespace {
@@ -26,6 +25,7 @@ Variant textValue(const QString& text) {
 
 constexpr const char* section = "Kestal";
 constexpr const char* viewState = "FileViewState";
+constexpr const char* dataFolder = "DataPath";
 
 Ref<RecordObject> makeProgram(const HostPaths& paths) {
     auto prog = Ref<RecordObject>::adopt(new RecordObject(records::prog()));
@@ -67,7 +67,37 @@ Host::Host(HostPaths hostPaths)
     } catch (const std::exception& error) {
         log.write(QString("The stored setting %1 is not used: %2").arg(viewState, error.what()));
     }
+    beginDataPath();
     prog->set("Changed", Variant(false));
+}
+
+void Host::beginDataPath() {
+    try {
+        const QString sampleJobs = paths.samples + "/jobs";
+        if (dataPath().empty() && !paths.samples.isEmpty() && QFileInfo(sampleJobs).isDir())
+            setDataPath(sampleJobs);
+        if (const std::string stored = dataPath(); !stored.empty())
+            prog->set(dataFolder, Variant(std::string_view(stored)));
+    } catch (const std::exception& error) {
+        log.write(QString("The stored setting %1 is not used: %2").arg(dataFolder, error.what()));
+    }
+}
+
+std::string Host::dataPath() const {
+    return readSetting(paths.settings.toStdString(), section, dataFolder, "");
+}
+
+void Host::setDataPath(const QString& folder) {
+    const QString path = QFileInfo(folder).absoluteFilePath();
+    const std::string text = (path.endsWith('/') ? path : path + '/').toStdString();
+    const bool wasChanged = prog->isChanged();
+    prog->set(dataFolder, Variant(std::string_view(text)));
+    prog->set("Changed", Variant(wasChanged));
+    try {
+        writeSetting(paths.settings.toStdString(), section, dataFolder, text);
+    } catch (const std::exception& error) {
+        log.write(QString("The setting %1 is not stored: %2").arg(dataFolder, error.what()));
+    }
 }
 
 void Host::takeProgram(IDispatch* changed) {
@@ -81,14 +111,21 @@ void Host::report(const QString& problem, const QString& details) {
     if (showProblem)
         showProblem(problem);
     if (!attended || !qobject_cast<QApplication*>(QCoreApplication::instance())) {
-        std::fprintf(
-            stderr, "kestal: %s\n", qPrintable(details.isEmpty() ? problem : problem + "  " + details));
+        printProblem(details.isEmpty() ? problem : problem + "  " + details);
         return;
     }
     const QString text = details.isEmpty() ? problem : problem + "\n\n" + details;
     QMessageBox box(QMessageBox::Warning, "Kestal", text, QMessageBox::Ok, QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.exec();
+}
+
+void Host::collect(const ReadingProblem& problem, const QString& details) {
+    const QString text = problem.file.isEmpty() ? problem.reason : problem.file + ": " + problem.reason;
+    log.write(text + "  " + details);
+    if (!attended)
+        printProblem(text);
+    readingProblems.push_back(problem);
 }
 
 } // namespace kestal

@@ -2,11 +2,13 @@
 
 #include "host/help_texts.h"
 #include "host/log_file.h"
+#include "host/reading_problem.h"
 #include "host/record_object.h"
 
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 namespace kestal {
 
@@ -42,12 +44,30 @@ public:
     std::function<void(const QString& title, const QString& text)> showInstantHelp;
     std::function<void(const QString& problem)> showProblem; ///< the latest problem, for a status bar
 
+    /// The job files that the latest list of jobs could not read.
+    std::vector<ReadingProblem> readingProblems;
+
+    /// Descriptions of errors that procedures of the component have reported during the present call.
+    std::vector<std::string> procedureReports;
+
+    /// The folder whose jobs are listed while none is open: a setting, which a fresh installation begins with
+    /// the sample jobs. With a trailing separator; "" where there is none.
+    std::string dataPath() const;
+    /// Stores it. A setting that cannot be stored is logged.
+    void setDataPath(const QString& folder);
+
     /// Takes over the values of a program object that a dialog has changed, and stores those that outlive the
     /// session.
     void takeProgram(IDispatch* changed);
 
     /// Logs the problem and puts it before the user.
     void report(const QString& problem, const QString& details = {});
+    /// Logs the problem and keeps it; where nobody sits at the screen it also goes to the standard error
+    /// stream.
+    void collect(const ReadingProblem& problem, const QString& details);
+
+private:
+    void beginDataPath();
 };
 
 } // namespace kestal

@@ -2,6 +2,9 @@
 
 #include "host/gauge_demo.h"
 #include "host/help_window.h"
+#include "host/job_panel.h"
+#include "host/main_form_object.h"
+#include "host/problem_window.h"
 #include "host/report_kinds.h"
 #include "host/report_model.h"
 #include "host/window_visitor.h"
@@ -45,10 +48,9 @@ void guarded(Host& host, const std::function<void()>& body) {
 } // namespace
 
 MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
-    : host_(std::move(host)), component_(component), reports_(new ReportModel(this)),
-      sorted_(new QSortFilterProxyModel(this)), status_(new QLabel("Ready")) {
+    : host_(std::move(host)), component_(component), jobs_(host_, component), reports_(new ReportModel(this)),
+      sorted_(new QSortFilterProxyModel(this)), status_(new QLabel("Ready")), problems_(new QPushButton) {
     setObjectName("frmMain");
-    setWindowTitle("Kestal");
     auto* halves = new QSplitter;
     halves->setChildrenCollapsible(false);
     halves->addWidget(makeReportList());
@@ -59,6 +61,11 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
     makeMenus();
     status_->setTextFormat(Qt::PlainText);
     statusBar()->addWidget(status_, 1);
+    problems_->setObjectName("cmdProblems");
+    problems_->setFlat(true);
+    problems_->hide();
+    connect(problems_, &QPushButton::clicked, this, [this] { showProblems(); });
+    statusBar()->addPermanentWidget(problems_);
 
     host_->showInstantHelp = [this](const QString& title, const QString& text) {
         helpTitle_->setText(title);
@@ -68,6 +75,9 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
     restorePlacement();
     setInstantHelp(host_->instantHelpOn);
     openFolder(host_->paths.samples.isEmpty() ? QDir::homePath() : host_->paths.samples);
+    jobs_.changed = [this] { showCurrentJob(); };
+    showCurrentJob();
+    jobs_.reopenLast();
     reportView_->setFocus();
 }
 
@@ -91,7 +101,7 @@ QWidget* MainWindow::makeReportList() {
     folderRow->addWidget(label);
     folderRow->addWidget(folderEdit_, 1);
     folderRow->addWidget(browse);
-    connect(folderEdit_, &QLineEdit::returnPressed, this, [this] { openFolder(folderEdit_->text()); });
+    connect(folderEdit_, &QLineEdit::returnPressed, this, [this] { takeFolder(folderEdit_->text()); });
     connect(browse, &QPushButton::clicked, this, [this] { chooseFolder(); });
 
     sorted_->setSourceModel(reports_);
@@ -128,11 +138,10 @@ QWidget* MainWindow::makePlotArea() {
     area->setFrameShape(QFrame::StyledPanel);
     area->setBackgroundRole(QPalette::Base);
     area->setAutoFillBackground(true);
-    auto* text = new QLabel("No job is open");
-    text->setAlignment(Qt::AlignCenter);
-    text->setEnabled(false);
+    jobPanel_ = new JobPanel;
     auto* layout = new QVBoxLayout(area);
-    layout->addWidget(text);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(jobPanel_);
     area->setMinimumWidth(160);
     return area;
 }
@@ -180,10 +189,15 @@ void MainWindow::makeMenus() {
     addCommand(file, "&Open report...", QKeySequence::Open, [this] { chooseReport(); });
     addCommand(file, "Choose &folder...", Qt::CTRL | Qt::SHIFT | Qt::Key_O, [this] { chooseFolder(); });
     file->addSeparator();
+    addCommand(file, "&Job list...", Qt::CTRL | Qt::Key_J, [this] { listJobs(); });
+    addCommand(file, "&New job...", QKeySequence::New, [this] { createJob(); });
+    closeJob_ = addCommand(file, "&Close job", {}, [this] { jobs_.close(); });
+    file->addSeparator();
     addCommand(file, "E&xit", Qt::CTRL | Qt::Key_Q, [this] { close(); });
     QMenu* view = menuBar()->addMenu("&View");
     addCommand(view, "&Reports", Qt::CTRL | Qt::Key_L, [this] { reportView_->setFocus(); });
     addCommand(view, "Re&fresh", QKeySequence(Qt::Key_F5), [this] { openFolder(folder_); });
+    addCommand(view, "&Problems...", {}, [this] { showProblems(); });
     QMenu* tools = menuBar()->addMenu("&Tools");
     addCommand(tools, "&Progress gauge demonstration", {}, [this] { showGauge(); });
     QMenu* help = menuBar()->addMenu("&Help");
@@ -237,7 +251,54 @@ void MainWindow::chooseReport() {
 void MainWindow::chooseFolder() {
     const QString folder = QFileDialog::getExistingDirectory(this, "Choose folder", folder_);
     if (!folder.isEmpty())
-        openFolder(folder);
+        takeFolder(folder);
+}
+
+// The folder that the user works in is also where jobs are looked for.
+void MainWindow::takeFolder(const QString& folder) {
+    openFolder(folder);
+    if (folder_ == QFileInfo(folder).absoluteFilePath())
+        host_->setDataPath(folder_);
+}
+
+void MainWindow::openJob(const QString& file) {
+    guarded(*host_, [&] { jobs_.open(file); });
+}
+
+void MainWindow::createJob() {
+    QString file = QFileDialog::getSaveFileName(this, "New job", QString::fromStdString(host_->dataPath()),
+        "Jobs (*.gdb *.mdb)", nullptr, QFileDialog::DontConfirmOverwrite);
+    if (file.isEmpty())
+        return;
+    if (QFileInfo(file).suffix().isEmpty())
+        file += ".gdb";
+    jobs_.create(file);
+}
+
+void MainWindow::listJobs() {
+    guarded(*host_, [this] {
+        // Dialogs cover the plot. Here it shares the window with the list of reports, and a list of jobs
+        // needs the room of both.
+        const auto mainForm = makeMainFormObject(*this, *centralWidget());
+        jobs_.chooseFromList(mainForm.get());
+    });
+    const std::size_t count = host_->readingProblems.size();
+    const QString text = count == 1 ? QString("1 job file could not be read")
+                                    : QString("%1 job files could not be read").arg(count);
+    problems_->setText(text);
+    problems_->setVisible(count > 0);
+}
+
+void MainWindow::showCurrentJob() {
+    const CurrentJob& job = jobs_.current();
+    jobPanel_->showJob(job);
+    closeJob_->setEnabled(job.isOpen());
+    setWindowTitle(job.isOpen() ? QString::fromStdString(job.job->text("JobName")) + " - Kestal" : "Kestal");
+}
+
+void MainWindow::showProblems() {
+    ProblemWindow window(host_->readingProblems, this);
+    window.exec();
 }
 
 void MainWindow::showGauge() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/component_access.h"
+#include "host/job_desk.h"
 
 #include <QMainWindow>
 
@@ -12,15 +12,17 @@ class QLabel;
 class QLineEdit;
 class QMenu;
 class QPlainTextEdit;
+class QPushButton;
 class QSortFilterProxyModel;
 class QTreeView;
 
 namespace kestal {
 
+class JobPanel;
 class ReportModel;
 
-/// The host's main window: the reports of a folder, the plot area, the instant-help panel. It takes over what
-/// the services have to show.
+/// The host's main window: the reports of a folder, the plot area with the open job, the instant-help panel.
+/// It takes over what the services have to show, and opens the job that was open last.
 class MainWindow : public QMainWindow {
 public:
     MainWindow(HostPtr host, ComponentAccess& component);
@@ -28,6 +30,9 @@ public:
 
     void openFolder(const QString& folder);
     void openReport(const QString& file);
+    void openJob(const QString& file);
+    /// Shows the list of jobs and changes to the one that is chosen.
+    void listJobs();
     QAction* instantHelpAction() const { return mnuHelpInstantHelp_; }
 
 protected:
@@ -42,6 +47,10 @@ private:
         QMenu* menu, const QString& text, const QKeySequence& key, std::function<void()> body);
     void chooseReport();
     void chooseFolder();
+    void takeFolder(const QString& folder);
+    void createJob();
+    void showCurrentJob();
+    void showProblems();
     void openCurrentReport();
     void showGauge();
     void showAbout();
@@ -50,6 +59,7 @@ private:
 
     HostPtr host_;
     ComponentAccess& component_;
+    JobDesk jobs_;
     QString folder_;
     ReportModel* reports_ = nullptr;
     QSortFilterProxyModel* sorted_ = nullptr;
@@ -57,6 +67,9 @@ private:
     QLineEdit* folderEdit_ = nullptr;
     QTreeView* reportView_ = nullptr;
     QLabel* noReports_ = nullptr;
+    JobPanel* jobPanel_ = nullptr;
+    QAction* closeJob_ = nullptr;
+    QPushButton* problems_ = nullptr; // how many the latest list of jobs had
     QDockWidget* helpPanel_ = nullptr;
     QLabel* helpTitle_ = nullptr;
     QPlainTextEdit* helpText_ = nullptr;

@@ -41,8 +41,8 @@ const RecordClass& prog() {
 }
 
 const RecordClass& job() {
-    static const RecordClass record{"k_gencvf.job",
-        {{"JobPath", text()}, {"JobName", text()}, {"JobExtension", text()}, {"JobFullName", text()}}};
+    static const RecordClass record{
+        "k_gencvf.job", {{"JobPath", text()}, {"JobName", text()}, {"JobExtension", text()}}};
     return record;
 }
 
@@ -115,7 +115,17 @@ void RecordObject::assign(std::size_t index, const VARIANT& value) {
 
 RecordObject* RecordObject::clone() const {
     auto* copy = new RecordObject(class_);
-    copy->values_ = values_;
+    copy->takeValues(*this);
+    return copy;
+}
+
+JobObject::JobObject() : RecordObject(records::job()) {
+    property("JobFullName", [this] { return Variant(std::string_view(fullName())); });
+}
+
+JobObject* JobObject::clone() const {
+    auto* copy = new JobObject;
+    copy->takeValues(*this);
     return copy;
 }
 

@@ -27,12 +27,12 @@ const RecordClass& jobGeneral();
 
 /// A record: one property for each field of its class, `Clone`, which returns an independent copy, and
 /// `CopyFrom` (any object with these properties). A property that is given another value sets `Changed` where
-/// the class has it; `Changed` may also be put. Fields that hold parts of one thing (JobFullName) are not
-/// derived from each other.
+/// the class has it; `Changed` may also be put.
 class RecordObject : public AutomationObject {
 public:
     explicit RecordObject(const RecordClass& recordClass);
 
+    const std::vector<RecordClass::Field>& fields() const { return class_.fields; }
     /// NoSuchMember for a name that is not a field.
     const Variant& value(std::string_view field) const;
     void set(std::string_view field, const VARIANT& value);
@@ -40,8 +40,12 @@ public:
     bool isChanged() const { return hasChanged_ && truthOf(value("Changed")); }
 
     /// Born with one reference, which is the caller's.
-    RecordObject* clone() const;
+    virtual RecordObject* clone() const;
     void copyFrom(IDispatch* other);
+
+protected:
+    /// For clone: another record of the same class.
+    void takeValues(const RecordObject& other) { values_ = other.values_; }
 
 private:
     std::size_t indexOf(std::string_view field) const;
@@ -50,6 +54,14 @@ private:
     const RecordClass& class_;
     std::vector<Variant> values_;
     bool hasChanged_ = false;
+};
+
+/// A job: where its file is. `JobFullName` is read-only and always what folder, name and extension say.
+class JobObject : public RecordObject {
+public:
+    JobObject();
+    JobObject* clone() const override;
+    std::string fullName() const { return text("JobPath") + text("JobName") + text("JobExtension"); }
 };
 
 } // namespace kestal

@@ -1,5 +1,7 @@
 #include "host/services.h"
 
+#include "host/job_schema.h"
+
 namespace kestal {
 namespace {
 
@@ -28,10 +30,12 @@ Ref<IDispatch> makeRegInfo(const HostPtr&) {
 }
 
 Ref<IDispatch> makeSysInfo(const HostPtr&) {
-    return makeConstants("k_genproc.sysInfo",
-        {{"ViewTitle", Variant("View Data File")}, {"CharSet", Variant(std::int16_t{0})},
-            {"JobDetailsTable", Variant("JobDetails")}, {"AlphaIdTable", Variant("AlphaIds")},
-            {"TraverseSetPrefix", Variant("TravSet_")}, {"LSSetPrefix", Variant("LSSet_")}});
+    return makeConstants(
+        "k_genproc.sysInfo", {{"ViewTitle", Variant("View Data File")}, {"CharSet", Variant(std::int16_t{0})},
+                                 {"JobDetailsTable", Variant(job_tables::Details)},
+                                 {"AlphaIdTable", Variant(job_tables::AlphaIds)},
+                                 {"TraverseSetPrefix", Variant(job_tables::TraverseSetPrefix)},
+                                 {"LSSetPrefix", Variant(job_tables::LSSetPrefix)}});
 }
 
 Ref<IDispatch> makeDispFormats(const HostPtr&) {
@@ -42,10 +46,12 @@ Ref<IDispatch> makeDispFormats(const HostPtr&) {
 }
 
 Ref<IDispatch> makeInterpNames(const HostPtr&) {
-    return makeConstants(
-        "k_genproc.interpNames", {{"MethodNameA", Variant("Bilinear")}, {"MethodNameB", Variant("Bicubic")},
-                                     {"MethodNameC", Variant("Biquadratic")}, {"LegacyCodeA", Variant("L")},
-                                     {"LegacyCodeB", Variant("C")}, {"LegacyCodeC", Variant("Q")}});
+    return makeConstants("k_genproc.interpNames",
+        {{"MethodNameA", Variant(interpolation::A.name)}, {"MethodNameB", Variant(interpolation::B.name)},
+            {"MethodNameC", Variant(interpolation::C.name)},
+            {"LegacyCodeA", Variant(interpolation::A.legacyCode)},
+            {"LegacyCodeB", Variant(interpolation::B.legacyCode)},
+            {"LegacyCodeC", Variant(interpolation::C.legacyCode)}});
 }
 
 const std::vector<ServiceClass>& serviceClasses() {
@@ -60,7 +66,7 @@ const std::vector<ServiceClass>& serviceClasses() {
         {names::dispFormats, makeDispFormats},
         {names::interpNames, makeInterpNames},
         {names::instantHelp, makeInstantHelp},
-        recordService(names::job, records::job()),
+        {names::job, [](const HostPtr&) { return Ref<IDispatch>::adopt(new JobObject); }},
         recordService(names::jobDetails, records::jobDetails()),
         recordService(names::jobCfg, records::jobCfg()),
         recordService(names::jobGeneral, records::jobGeneral()),

@@ -4,7 +4,7 @@ namespace kestal {
 namespace {
 
 // errHandler. A report of a procedure is logged; one of an event handler, where the error ends, is also put
-// before the user.
+// before the user, but for what is wrong with the files of a list of jobs: that is collected.
 class ErrHandler : public AutomationObject {
 public:
     explicit ErrHandler(HostPtr host) : AutomationObject("k_genproc.errHandler"), host_(std::move(host)) {
@@ -13,9 +13,14 @@ public:
             [this](const VARIANT& value) { skipNextReport_ = truthOf(value); });
         method("ReportProcError", [this](const std::string& description, const std::string& procedure, bool) {
             host_->log.write(QString::fromStdString("Error in " + procedure + ": " + description));
+            host_->procedureReports.push_back(description);
         });
         method("ReportEventError", [this](const std::string& description, const std::string& procedure) {
-            host_->report(QString::fromStdString(description), QString::fromStdString("In " + procedure));
+            const QString place = QString::fromStdString("In " + procedure);
+            if (const auto problem = readingProblem(description, procedure))
+                host_->collect(*problem, place);
+            else
+                host_->report(QString::fromStdString(description), place);
         });
     }
 

@@ -28,6 +28,15 @@ std::string fitPathToLabel(const std::string& path, const LateBound& label) {
         .toStdString();
 }
 
+// In twips. The first call of a form is no different from its later ones.
+double gridColumnsWidth(const LateBound& grid) {
+    const std::int32_t count = int32Of(grid.get("Cols"));
+    double width = 0;
+    for (std::int32_t i = 0; i < count; ++i)
+        width += numberOf(grid.call("ColWidth", {Variant(i)}));
+    return width;
+}
+
 // Where list files go: location 0 is the program's own list folder, 1 the data folder's, 2 the folder of the
 // data files themselves (the open job's, or the data folder while none is open). Folders end in a separator.
 std::string listFolderFor(
@@ -66,6 +75,7 @@ private:
             moveFocus(LateBound(form), -steps, stopAtEnds);
         });
         method("SelectAllText", [](IDispatch* control) { selectAllText(LateBound(control)); });
+        method("GridColumnsWidth", [](IDispatch* grid, bool) { return gridColumnsWidth(LateBound(grid)); });
         // Keys that the user has pressed already reach the form before its contents are saved.
         method("BeforeSave", [](IDispatch*) { QCoreApplication::sendPostedEvents(); });
     }

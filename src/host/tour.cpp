@@ -8,11 +8,15 @@
 #include <QApplication>
 #include <QDir>
 #include <QHash>
+#include <QHeaderView>
 #include <QImage>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPixmap>
+#include <QPushButton>
+#include <QTableView>
 #include <QWindow>
 
 #include <condition_variable>
@@ -88,6 +92,8 @@ private:
     void missingFile();
     void help();
     void instantHelp(MainWindow& main);
+    void jobList(MainWindow& main);
+    void problems(MainWindow& main);
 
     HostPtr host_;
     ComponentAccess& component_;
@@ -107,6 +113,13 @@ bool Tour::run() {
         main.instantHelpAction()->setChecked(true);
         step("instant-help", [&] { instantHelp(main); });
         main.instantHelpAction()->setChecked(false);
+        step("main-job", [&] {
+            main.openJob(QString::fromStdString(sample("jobs/Harrow Creek.gdb")));
+            settle(paintingTime);
+            save("main-job", main);
+        });
+        step("job-list", [&] { jobList(main); });
+        step("problems", [&] { problems(main); });
         main.openReport(QString::fromStdString(sample("network.log")));
         settle(paintingTime);
         if (visibleWindows().size() != 2)
@@ -226,6 +239,51 @@ void Tour::instantHelp(MainWindow& main) {
         throw std::runtime_error(visitor.failure());
     if (title->text() == idle)
         throw std::runtime_error("the viewer shows no instant help");
+}
+
+// A click on the title of a column, as the window system would make it.
+void clickTitle(const QTableView& grid, int column) {
+    QHeaderView& titles = *grid.horizontalHeader();
+    const QPointF place(
+        titles.sectionViewportPosition(column) + titles.sectionSize(column) / 2.0, titles.height() / 2.0);
+    const QPointF onScreen = titles.viewport()->mapToGlobal(place);
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const auto held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+        QMouseEvent event(type, place, onScreen, Qt::LeftButton, held, Qt::NoModifier);
+        QApplication::sendEvent(titles.viewport(), &event);
+    }
+    settle(paintingTime);
+}
+
+void Tour::jobList(MainWindow& main) {
+    bool ordered = false;
+    const WindowVisitor visitor([&](QWidget& window) {
+        save("job-list", window);
+        const auto* grid = window.findChild<QTableView*>();
+        if (!grid)
+            throw std::runtime_error("the job list has no grid");
+        constexpr int dates = 1;
+        const auto firstJob = [&] { return grid->model()->index(0, 0).data().toString(); };
+        const QString before = firstJob();
+        clickTitle(*grid, dates);
+        ordered = firstJob() != before;
+        save("job-list-sorted", window);
+    });
+    main.listJobs();
+    if (!visitor.failure().empty())
+        throw std::runtime_error(visitor.failure());
+    if (visitor.visited() != 1 || !ordered)
+        throw std::runtime_error("the job list is not shown or not ordered by a click on a title");
+}
+
+void Tour::problems(MainWindow& main) {
+    const WindowVisitor visitor([&](QWidget& window) { save("problems", window, true); });
+    auto* button = main.findChild<QPushButton*>("cmdProblems");
+    if (!button || !button->isVisible())
+        throw std::runtime_error("the main window does not count the job files that could not be read");
+    button->click();
+    if (!visitor.failure().empty() || visitor.visited() != 1)
+        throw std::runtime_error("the problems are not shown " + visitor.failure());
 }
 
 } // namespace

@@ -26,6 +26,7 @@ enum class Aspect {
     Help,
     Caption,
     Focus,
+    Scroll,
     WindowState
 };
 

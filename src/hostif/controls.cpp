@@ -23,17 +23,6 @@ void writeOf(Control& control, const Value& value) {
 template<class C>
 constexpr ScriptMember captionMember{"Caption", readOf<C, &C::caption>, writeOf<C, &C::caption, std::string>};
 
-std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> pieces;
-    for (std::size_t start = 0;;) {
-        const auto end = text.find(separator, start);
-        pieces.push_back(text.substr(start, end - start));
-        if (end == std::string::npos)
-            return pieces;
-        start = end + 1;
-    }
-}
-
 } // namespace
 
 Label::Label(Form& owner, std::string name, std::string text, Sizing sizing)
@@ -195,43 +184,5 @@ Tabs::Tabs(Form& owner, std::string name, std::vector<std::string> tabTitles)
     : Control(owner, std::move(name)), titles(std::move(tabTitles)) {}
 
 WebView::WebView(Form& owner, std::string name) : Control(owner, std::move(name)) {}
-
-Grid::Grid(Form& owner, std::string name) : Control(owner, std::move(name)) {}
-
-void Grid::setFormat(const std::string& format) {
-    format_ = format;
-    const auto titles = split(format, '|');
-    columns_.resize(titles.size());
-    for (std::size_t i = 0; i < titles.size(); ++i) {
-        const char lead = titles[i].empty() ? '\0' : titles[i][0];
-        const bool aligned = lead == '<' || lead == '^' || lead == '>';
-        columns_[i].title = aligned ? titles[i].substr(1) : titles[i];
-        columns_[i].alignment = lead == '^'   ? Alignment::Centre
-                                : lead == '>' ? Alignment::Right
-                                              : Alignment::Left;
-    }
-    notify(Aspect::Items);
-}
-
-void Grid::clearRows() {
-    rows_.clear();
-    notify(Aspect::Items);
-}
-
-void Grid::addRow(const std::string& tabSeparated) {
-    rows_.push_back(split(tabSeparated, '\t'));
-    notify(Aspect::Items);
-}
-
-std::string Grid::text(std::int32_t wantedRow, std::int32_t wantedColumn) const {
-    if (wantedRow < 0 || wantedRow >= rowCount())
-        throw Error(errors::OutOfRange, "Grid row " + std::to_string(wantedRow) + " is not between 0 and " +
-                                            std::to_string(rowCount() - 1));
-    const auto index = std::size_t(wantedColumn);
-    if (wantedRow == 0)
-        return wantedColumn >= 0 && index < columns_.size() ? columns_[index].title : std::string();
-    const auto& cells = rows_[std::size_t(wantedRow) - 1];
-    return wantedColumn >= 0 && index < cells.size() ? cells[index] : std::string();
-}
 
 } // namespace genutil

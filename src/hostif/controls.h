@@ -175,39 +175,4 @@ public:
     Event<> navigateComplete;
 };
 
-enum class Alignment { Left, Centre, Right };
-
-// A grid of texts. Row 0 is the header; rows and columns are counted from 0.
-class Grid : public Control {
-public:
-    Grid(Form& form, std::string name);
-
-    struct Column {
-        std::string title;
-        Alignment alignment = Alignment::Left;
-        double width = 960; // twips
-    };
-
-    // Titles joined by "|", each led by its alignment: "<" left, "^" centred, ">" right.
-    void setFormat(const std::string& format);
-    const std::string& format() const { return format_; }
-    std::vector<Column>& columns() { return columns_; }
-
-    std::int32_t rowCount() const { return std::int32_t(rows_.size()) + 1; }
-    void clearRows();
-    // Adds a row of tab-separated texts.
-    void addRow(const std::string& tabSeparated);
-    // The text of a cell, the header included; "" for a column that the row does not have. OutOfRange for a
-    // row that the grid does not have.
-    std::string text(std::int32_t row, std::int32_t column) const;
-
-    Observed<std::int32_t> row{*this, Aspect::Value, 0};
-    Observed<std::int32_t> column{*this, Aspect::Value, 0};
-
-private:
-    std::string format_;
-    std::vector<Column> columns_;
-    std::vector<std::vector<std::string>> rows_;
-};
-
 } // namespace genutil

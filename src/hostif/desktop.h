@@ -12,6 +12,8 @@
 
 namespace genutil {
 
+class MenuItem;
+
 enum class Pointer { Default, Hourglass };
 
 enum class Icon { None, Information, Question, Exclamation, Critical };
@@ -93,6 +95,9 @@ public:
     // Shows the form. Modal: returns when the form has been hidden or has closed. Modeless: returns at once;
     // the desktop keeps the form alive until it closes.
     virtual void show(const std::shared_ptr<Form>& form, bool modal) = 0;
+    // Shows the form and returns at once, while every other window waits as for a modal one: for a form whose
+    // set-up takes long. show(form, true) then goes on with the same window.
+    virtual void showEarly(const std::shared_ptr<Form>& form) = 0;
     virtual void hide(Form& form) = 0;
     // The form has unloaded: takes its window away.
     virtual void close(Form& form) = 0;
@@ -101,6 +106,10 @@ public:
     // eye could not see because the control was painted less than one screen refresh ago.
     virtual void repaint(Control& control) = 0;
     virtual void doEvents() = 0;
+
+    // Shows the entries of a pop-up menu at the pointer and returns when it has gone; the chosen one has been
+    // told by then.
+    virtual void popUpMenu(MenuItem& menu) = 0;
 
     virtual Answer ask(const Message& message) = 0;
     // False when the user cancelled; the dialog is then as it was.

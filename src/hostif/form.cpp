@@ -47,9 +47,17 @@ Control* Form::findControl(std::string_view name) const {
 }
 
 void Form::show(bool modal) {
+    desktop_.show(loadedSelf(), modal);
+}
+
+void Form::showEarly() {
+    desktop_.showEarly(loadedSelf());
+}
+
+std::shared_ptr<Form> Form::loadedSelf() {
     if (!loaded_)
         throw Error(errors::ObjectNotSet, name() + " has been unloaded");
-    desktop_.show(shared_from_this(), modal);
+    return shared_from_this();
 }
 
 void Form::hide() {

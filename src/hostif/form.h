@@ -53,6 +53,8 @@ public:
     bool isActive() const { return active_; }
 
     void show(bool modal);
+    // Shows the form before its set-up has ended; a modal show() goes on with it.
+    void showEarly();
     void hide();
     // Asks queryUnload, then runs unloaded and takes the window away. False when a handler refused.
     bool unload(UnloadReason reason = UnloadReason::Code);
@@ -80,6 +82,9 @@ protected:
     std::span<const ScriptMember> ownMembers() const override;
 
 private:
+    // Throws ObjectNotSet for an unloaded form.
+    std::shared_ptr<Form> loadedSelf();
+
     static inline int alive_ = 0;
 
     Desktop& desktop_;

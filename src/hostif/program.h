@@ -70,6 +70,17 @@ inline constexpr Property<double> MaximumX{"MaximumX"};
 inline constexpr Property<double> MaximumY{"MaximumY"};
 } // namespace jobgeneral
 
+// The host's main window, lengths in twips; picPlot and picContainer are objects of it.
+namespace mainform {
+inline constexpr Property<std::int16_t> windowState{"windowState"};
+inline constexpr Property<double> Left{"Left"};
+inline constexpr Property<double> Top{"Top"};
+inline constexpr Property<double> Width{"Width"};
+inline constexpr Property<double> Height{"Height"};
+inline constexpr const char* picPlot = "picPlot";
+inline constexpr const char* picContainer = "picContainer";
+} // namespace mainform
+
 namespace instanthelp {
 inline constexpr Property<bool> InstantHelpOn{"InstantHelpOn"};
 } // namespace instanthelp

@@ -10,7 +10,9 @@ namespace genutil {
 namespace {
 
 using enum ColumnAlignment;
+using enum ColumnContent;
 using enum ColumnFill;
+using enum ColumnUse;
 
 constexpr std::int16_t geographic = 2;
 
@@ -60,38 +62,40 @@ std::string northingOrLongitude(const JobSummary& job) {
                              : middle(job, jobgeneral::MinimumY, jobgeneral::MaximumY, nullptr);
 }
 
+// The host's current job may be one without a record of details.
 std::string version(const JobSummary& job) {
-    return required(job.detailsRset, "the job details recordset").field("CreateVersion").toTextOrEmpty();
+    Recordset& details = required(job.detailsRset, "the job details recordset");
+    return details.EOF_() ? std::string() : details.field("CreateVersion").toTextOrEmpty();
 }
 
 constexpr std::array<JobColumn, jobColumnCount> columns{{
-    {"Job", Left, [](const JobSummary& job) { return job.file; }, 0, EveryJob},
-    {"Create Date", Centre, details<jobdetails::Date>, 0, EveryJob},
-    {"Surveyor", Left, details<jobdetails::Surveyor>, 0, EveryJob},
-    {"Reference", Left, details<jobdetails::Reference>, 0, EveryJob},
-    {"Description", Left, details<jobdetails::Description>, 0, EveryJob},
-    {"Coord System", Centre, configuration<jobcfg::CoordType>},
-    {"E.Radius", Right, configuration<jobcfg::EarthRadius>, 8},
-    {"Projection", Left, configuration<jobcfg::Projection>},
-    {"H.Datum", Left, configuration<jobcfg::DatumH>, 10},
-    {"Spheroid", Left, configuration<jobcfg::Spheroid>, 10},
-    {"Approx.Lat", Centre, configuration<jobcfg::ApproxLat>, 4},
-    {"Zone", Centre, configuration<jobcfg::Zone>, 4},
-    {"V.Datum", Left, configuration<jobcfg::DatumV>, 10},
-    {"G.Sep(N)", Right, configuration<jobcfg::NValue>, 6},
-    {"V.Def-NS", Right, configuration<jobcfg::DeflectionNS>, 6},
-    {"V.Def-EW", Right, configuration<jobcfg::DeflectionEW>, 6},
-    {"Interp.Method", Left, configuration<jobcfg::InterpMethod>},
-    {"Geoid File", Left, configuration<jobcfg::GridFile>},
-    {"Dec. H", Centre, configuration<jobcfg::OutputDecH>, 2},
-    {"Dec. V", Centre, configuration<jobcfg::OutputDecV>, 2},
-    {"Points", Centre, general<jobgeneral::ValidHorizPts>, 8},
-    {"Alpha IDs", Centre, counted<&CatalogueCounts::alphaIds>, 0, EveryJob},
-    {"Cent. E/Lat", Right, eastingOrLatitude},
-    {"Cent. N/Long", Right, northingOrLongitude},
-    {"Trav Sets", Centre, counted<&CatalogueCounts::traverseSets>, 0, EveryJob},
-    {"LS Sets", Centre, counted<&CatalogueCounts::leastSquaresSets>, 0, EveryJob},
-    {"Version", Left, version},
+    {"Job", Left, Text, Main, [](const JobSummary& job) { return job.file; }, 0, EveryJob},
+    {"Create Date", Centre, Text, Main, details<jobdetails::Date>, 0, EveryJob},
+    {"Surveyor", Left, Text, Main, details<jobdetails::Surveyor>, 0, EveryJob},
+    {"Reference", Left, Text, Main, details<jobdetails::Reference>, 0, EveryJob},
+    {"Description", Left, Text, Main, details<jobdetails::Description>, 0, EveryJob},
+    {"Coord System", Centre, Text, Main, configuration<jobcfg::CoordType>},
+    {"E.Radius", Right, Number, Further, configuration<jobcfg::EarthRadius>, 8},
+    {"Projection", Left, Text, Main, configuration<jobcfg::Projection>},
+    {"H.Datum", Left, Text, Main, configuration<jobcfg::DatumH>, 10},
+    {"Spheroid", Left, Text, Further, configuration<jobcfg::Spheroid>, 10},
+    {"Approx.Lat", Centre, Number, Further, configuration<jobcfg::ApproxLat>, 4},
+    {"Zone", Centre, Number, Main, configuration<jobcfg::Zone>, 4},
+    {"V.Datum", Left, Text, Further, configuration<jobcfg::DatumV>, 10},
+    {"G.Sep(N)", Right, Number, Further, configuration<jobcfg::NValue>, 6},
+    {"V.Def-NS", Right, Number, Further, configuration<jobcfg::DeflectionNS>, 6},
+    {"V.Def-EW", Right, Number, Further, configuration<jobcfg::DeflectionEW>, 6},
+    {"Interp.Method", Left, Text, Further, configuration<jobcfg::InterpMethod>},
+    {"Geoid File", Left, Text, Further, configuration<jobcfg::GridFile>},
+    {"Dec. H", Centre, Number, Further, configuration<jobcfg::OutputDecH>, 2},
+    {"Dec. V", Centre, Number, Further, configuration<jobcfg::OutputDecV>, 2},
+    {"Points", Centre, Number, Main, general<jobgeneral::ValidHorizPts>, 8},
+    {"Alpha IDs", Centre, Number, Further, counted<&CatalogueCounts::alphaIds>, 0, EveryJob},
+    {"Cent. E/Lat", Right, Number, Further, eastingOrLatitude},
+    {"Cent. N/Long", Right, Number, Further, northingOrLongitude},
+    {"Trav Sets", Centre, Number, Further, counted<&CatalogueCounts::traverseSets>, 0, EveryJob},
+    {"LS Sets", Centre, Number, Further, counted<&CatalogueCounts::leastSquaresSets>, 0, EveryJob},
+    {"Version", Left, Text, Further, version},
 }};
 
 } // namespace

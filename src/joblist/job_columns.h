@@ -29,9 +29,16 @@ enum class ColumnAlignment : char { Left = '<', Centre = '^', Right = '>' };
 // Which jobs have a text in the column.
 enum class ColumnFill { EveryJob, CompleteJobs };
 
+enum class ColumnContent { Text, Number };
+
+// Where a column is written when not all are asked for.
+enum class ColumnUse { Main, Further };
+
 struct JobColumn {
     const char* title;
     ColumnAlignment alignment;
+    ColumnContent content;
+    ColumnUse use;
     std::string (*text)(const JobSummary& job);
     int limit = 0; // leading characters that the list shows; 0: all
     ColumnFill fill = ColumnFill::CompleteJobs;

@@ -28,20 +28,35 @@ std::string sourceOf(const Error& error, const std::string& file) {
 
 void JobDiscovery::CompileListOfJobs() {
     jobListProcedure(component_, procedureName, [&] {
-        Record& job = required(thisJob, "the job of the job list");
-        job.put(job::JobPath, trimBlanks(job.get(job::JobPath)));
-        const std::string jobPath = job.get(job::JobPath);
-        if (setCaption)
-            setCaption("List Jobs - " + jobPath);
-        for (const std::string& file : listJobFiles(jobPath))
-            if (!isReservedFile(file, jobPath, programFolder))
-                addFile(jobPath, file);
-        if (table_.jobCount > 0)
-            table_.SortJobList();
-        else
+        readFiles();
+        if (table_.jobCount == 0 && left_ == 0)
             component_.desktop().ask({.text = "No jobs stored !! Check folder selected"});
         component_.desktop().setPointer(Pointer::Default);
     });
+}
+
+void JobDiscovery::readFolder() {
+    jobListProcedure(component_, procedureName, [&] { readFiles(); });
+}
+
+void JobDiscovery::readFiles() {
+    Record& job = required(thisJob, "the job of the job list");
+    job.put(job::JobPath, trimBlanks(job.get(job::JobPath)));
+    const std::string jobPath = job.get(job::JobPath);
+    if (setCaption)
+        setCaption("List Jobs - " + jobPath);
+    currentFile_ = upperCase(job.get(job::JobName) + job.get(job::JobExtension));
+    const std::vector<std::string> files = listJobFiles(jobPath);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (goOn && !goOn(i, files.size())) {
+            left_ = files.size() - i;
+            break;
+        }
+        if (!isReservedFile(files[i], jobPath, programFolder))
+            addFile(jobPath, files[i]);
+    }
+    if (table_.jobCount > 0)
+        table_.SortJobList();
 }
 
 void JobDiscovery::addFile(const std::string& jobPath, const std::string& file) {
@@ -50,12 +65,13 @@ void JobDiscovery::addFile(const std::string& jobPath, const std::string& file) 
     bool counted = false;
     try {
         skippingMissingItems([&] { extension = component_.genProcs().SplitExtension(name); });
-        if (!isCurrentJob(name + extension))
+        if (upperCase(name + extension) != currentFile_)
             readFile(jobPath, name, extension, counted);
     } catch (...) {
         const Error error = toError(std::current_exception());
         if (counted)
             table_.dropJob();
+        ++failed_;
         component_.errHandler().ReportEventError(error.description(), sourceOf(error, name + extension));
     }
 }
@@ -77,10 +93,6 @@ void JobDiscovery::readFile(
     table_.addJob();
     counted = true;
     table_.AssignSingleJob(name, extension, database, recordset, jobDetails, jobCfg, jobGeneral, ok);
-}
-
-bool JobDiscovery::isCurrentJob(const std::string& file) const {
-    return upperCase(file) == upperCase(thisJob->get(job::JobName) + thisJob->get(job::JobExtension));
 }
 
 } // namespace genutil

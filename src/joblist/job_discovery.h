@@ -17,20 +17,31 @@ public:
     RecordPtr thisJob;
     std::string programFolder;
     std::function<void(const std::string& caption)> setCaption;
+    // Asked before each file, with how many have been dealt with; False ends the reading there.
+    std::function<bool(std::size_t done, std::size_t total)> goOn;
 
-    // Reads every job file of the folder, one at a time, read-only. A file that cannot be read is reported
-    // and passed over. Tells the user when there are no jobs.
+    // Reads every job file of the folder, one at a time, read-only, and orders the jobs. A file that cannot
+    // be read is reported and passed over. Tells the user when there are no jobs.
     void CompileListOfJobs();
+    // The same without a word to the user.
+    void readFolder();
+
+    std::size_t failedCount() const { return failed_; } // files that could not be read
+    // Files that were left when the reading was ended early; 0: it was not.
+    std::size_t leftCount() const { return left_; }
 
 private:
     // Runs the steps for one file inside its error handling.
     void addFile(const std::string& jobPath, const std::string& file);
     void readFile(
         const std::string& jobPath, const std::string& name, const std::string& extension, bool& counted);
-    bool isCurrentJob(const std::string& file) const;
+    void readFiles();
 
     Component& component_;
     JobTable& table_;
+    std::string currentFile_; // in upper case
+    std::size_t failed_ = 0;
+    std::size_t left_ = 0;
 };
 
 } // namespace genutil

@@ -4,6 +4,7 @@
 #include "hostif/error.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -24,8 +25,9 @@ struct FakeDatabases : DatabaseEngine {
     std::map<std::string, std::vector<FakeTable>> files;
     std::vector<std::string> log;
     std::map<std::string, Error> failures;
-    int open = 0;     // databases and recordsets
-    int mostOpen = 0; // at any time
+    std::function<void()> onOpen; // runs as each database is opened
+    int open = 0;                 // databases and recordsets
+    int mostOpen = 0;             // at any time
 
     std::shared_ptr<Database> OpenDatabase(const std::string& path, bool exclusive, bool readOnly) override;
 
@@ -108,6 +110,8 @@ struct FakeDatabase : Database, Opened {
 
 inline std::shared_ptr<Database> FakeDatabases::OpenDatabase(
     const std::string& path, bool exclusive, bool readOnly) {
+    if (onOpen)
+        onOpen();
     start("OpenDatabase " + path + (exclusive ? " exclusive" : "") + (readOnly ? " read-only" : ""));
     const auto found = files.find(path);
     if (found == files.end())

@@ -30,6 +30,7 @@ public:
     std::deque<std::string> chosenFiles; // "" cancels; without one left, every file dialog is cancelled
     std::deque<std::string> typed;       // answers to text prompts; "" cancels, as does an empty queue
     std::function<void()> onEvents;      // runs within doEvents
+    std::function<void(MenuItem&)> onPopUp;
 
     std::vector<Message> messages;
     std::vector<FileDialog> dialogs;
@@ -49,12 +50,9 @@ public:
     }
     bool isFixedPitch(const Font&) override { return fixedPitch; }
 
+    void showEarly(const std::shared_ptr<Form>& form) override { appear(form); }
     void show(const std::shared_ptr<Form>& form, bool modal) override {
-        if (showFails)
-            throw Error(errors::InternalError, "no screen");
-        openForms.push_back(form);
-        form->setShown(true);
-        form->userActivate(true);
+        appear(form);
         if (!modal)
             return;
         if (!acts.empty()) {
@@ -64,6 +62,10 @@ public:
         }
         if (form->isLoaded() && form->isShown())
             form->unload(UnloadReason::CloseBox);
+    }
+    void popUpMenu(MenuItem& menu) override {
+        if (onPopUp)
+            onPopUp(menu);
     }
     void hide(Form& form) override {
         form.userActivate(false);
@@ -123,6 +125,15 @@ private:
         void setText(const std::string& text) override { held = text; }
         std::string text() override { return held; }
     };
+
+    void appear(const std::shared_ptr<Form>& form) {
+        if (showFails)
+            throw Error(errors::InternalError, "no screen");
+        if (!form->isShown())
+            openForms.push_back(form);
+        form->setShown(true);
+        form->userActivate(true);
+    }
 
     bool choose(FileDialog& dialog) {
         dialogs.push_back(dialog);

@@ -10,8 +10,9 @@ namespace {
 class Engine : public DatabaseEngine {
 public:
     std::shared_ptr<Database> OpenDatabase(const std::string& path, bool exclusive, bool readOnly) override {
-        const DatabaseFile file(path);
-        return isSqlite(file) ? openSqliteDatabase(file, exclusive, readOnly) : openJetDatabase(file);
+        DatabaseFile file(path);
+        return isSqlite(file) ? openSqliteDatabase(file, exclusive, readOnly)
+                              : openJetDatabase(std::move(file));
     }
 };
 

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -51,8 +52,26 @@ DatabaseFile::DatabaseFile(const std::string& path) : path_(path) {
     head_.resize(read > 0 ? static_cast<std::size_t>(read) : 0);
 }
 
+DatabaseFile::DatabaseFile(DatabaseFile&& other) noexcept
+    : path_(std::move(other.path_)), number_(std::exchange(other.number_, -1)), size_(other.size_),
+      head_(std::move(other.head_)) {}
+
 DatabaseFile::~DatabaseFile() {
-    ::close(number_);
+    if (number_ >= 0)
+        ::close(number_);
+}
+
+bool DatabaseFile::readAt(std::uint64_t place, std::span<char> bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t read = ::pread(number_, bytes.data(), bytes.size(), static_cast<off_t>(place));
+        if (read < 0 && errno == EINTR)
+            continue;
+        if (read <= 0)
+            return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(read));
+        place += static_cast<std::uint64_t>(read);
+    }
+    return true;
 }
 
 std::string DatabaseFile::secondName() const {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace genutil {
 namespace {
@@ -49,7 +50,7 @@ std::vector<CatalogueEntry> readCatalogue(jet::File& file) {
 
 class JetDatabase : public Database {
 public:
-    explicit JetDatabase(const DatabaseFile& file) : file_(std::make_shared<jet::File>(file)) {
+    explicit JetDatabase(DatabaseFile file) : file_(std::make_shared<jet::File>(std::move(file))) {
         jet::checked(*file_, [this] {
             try {
                 tables_ = readCatalogue(*file_);
@@ -87,8 +88,8 @@ private:
 
 } // namespace
 
-std::shared_ptr<Database> openJetDatabase(const DatabaseFile& file) {
-    return std::make_shared<JetDatabase>(file);
+std::shared_ptr<Database> openJetDatabase(DatabaseFile file) {
+    return std::make_shared<JetDatabase>(std::move(file));
 }
 
 } // namespace genutil

@@ -9,6 +9,6 @@ namespace genutil {
 
 // The user's tables in the order of the catalogue. Throws Error UnrecognisedDatabase for a file that is not
 // Jet's, and for a catalogue that cannot be read.
-std::shared_ptr<Database> openJetDatabase(const DatabaseFile& file);
+std::shared_ptr<Database> openJetDatabase(DatabaseFile file);
 
 } // namespace genutil

@@ -1,28 +1,26 @@
 #pragma once
 
 #include "hostif/error.h"
-#include "platform/database/database_file.h"
 #include "platform/database/jet_format.h"
+#include "platform/database/jet_pages.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace genutil::jet {
 
-// The pages of one Jet file and the tables laid out on them. Everything but the constructor throws Damage for
-// what contradicts itself in the file, and for a file that was cut while it is read. Not for several threads.
+// The tables of one Jet file. Everything but the constructor throws Damage for what contradicts itself in the
+// file, and for a file that was cut while it is read. Not for several threads.
 class File {
 public:
     // Throws Error UnrecognisedDatabase for a file that is not Jet's or not of whole pages.
-    explicit File(const DatabaseFile& file);
-    ~File();
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
+    explicit File(DatabaseFile file) : pages_(std::move(file)) {}
 
-    const std::string& path() const { return path_; }
-    Version version() const { return version_; }
+    const std::string& path() const { return pages_.path(); }
+    Version version() const { return pages_.version(); }
 
     // The definition that starts on the page.
     Table readTable(std::uint32_t page);
@@ -31,29 +29,24 @@ public:
     void forEachRecord(const Table& table, const std::function<void(std::string_view)>& see);
     // The bytes of one row, wherever an update has moved it.
     std::string row(Pointer pointer);
-    // The number in the table's definition, read anew.
+    // The number in the table's definition.
     std::int32_t recordCount(std::uint32_t page);
-    std::uint32_t pageCount() const { return pageCount_; }
+    std::uint32_t pageCount() const { return pages_.count(); }
     // More bytes than the file has cannot be in any text of it.
-    std::uint64_t size() const { return std::uint64_t(pageCount_) * pageSize_; }
+    std::uint64_t size() const { return std::uint64_t(pages_.count()) * layout().pageSize; }
 
 private:
-    struct Library;
     struct Row;
 
-    std::string page(std::uint32_t number);
+    const Layout& layout() const { return pages_.layout(); }
     Row rowOn(std::string_view page, std::size_t index) const;
     std::string follow(Pointer pointer, int moves);
+    Page definitionPage(std::uint32_t page);
     std::string wholeDefinition(std::uint32_t page);
-    void checkDefinition(std::string_view definition);
-    std::vector<std::uint32_t> dataPages(std::string_view definition);
+    std::vector<std::uint32_t> dataPages(std::uint32_t definition);
     void addPages(std::vector<std::uint32_t>& pages, std::string_view bits, std::uint64_t first) const;
 
-    std::string path_;
-    Version version_ = Version::Jet4;
-    std::size_t pageSize_ = 0;
-    std::uint32_t pageCount_ = 0;
-    std::unique_ptr<Library> library_;
+    Pages pages_;
 };
 
 // What `act` returns; Damage becomes Error UnrecognisedDatabase: "'path' is damaged: what".

@@ -16,6 +16,32 @@ struct Damage {
 
 enum class Version { Jet3, Jet4 };
 
+// Where things stand in a page, a table's definition and a field's entry in it; in bytes.
+struct Layout {
+    std::size_t pageSize;
+    std::size_t rowCount; // in a page of rows; the rows' places follow
+    // In a definition:
+    std::size_t recordCount;
+    std::size_t variableCount;
+    std::size_t fieldCount;
+    std::size_t indexCount;
+    std::size_t map;
+    std::size_t indexes, indexSize; // the fields' entries follow, then their names
+    std::size_t lengthSize;         // of a name's length
+    // In a field's entry:
+    std::size_t fieldVariable;
+    std::size_t fieldNumber;
+    std::size_t fieldFlags;
+    std::size_t fieldOffset;
+    std::size_t fieldSize;
+};
+inline constexpr Layout layout3{2048, 8, 12, 23, 25, 31, 35, 43, 8, 1, 3, 5, 13, 14, 18};
+inline constexpr Layout layout4{4096, 12, 16, 43, 45, 51, 55, 63, 12, 2, 7, 9, 15, 21, 25};
+
+// The first byte of a page.
+inline constexpr char pageOfRows = 1;
+inline constexpr char pageOfDefinition = 2;
+
 enum class Kind : int {
     Boolean = 1,
     Byte = 2,

@@ -5,7 +5,6 @@
 
 #include <bit>
 #include <optional>
-#include <vector>
 
 namespace genutil::jet {
 namespace {
@@ -15,18 +14,16 @@ namespace {
 class Record {
 public:
     Record(std::string_view bytes, Version version, bool hasVariableFields)
-        : bytes_(bytes), countSize_(version == Version::Jet3 ? 1 : 2) {
+        : bytes_(bytes), version_(version), countSize_(version == Version::Jet3 ? 1 : 2) {
         fields_ = numberAt(bytes, 0, countSize_);
         const std::size_t maskSize = (fields_ + 7) / 8;
         if (bytes.size() < countSize_ + maskSize)
             throw Damage{"a record is too short for its fields"};
         mask_ = bytes.size() - maskSize;
-        if (!hasVariableFields)
-            return;
-        if (version == Version::Jet3)
-            readStarts3();
-        else
-            readStarts4();
+        if (hasVariableFields)
+            variableFields_ = beforeMask(countSize_, countSize_);
+        if (hasVariableFields && version == Version::Jet3)
+            countJumps();
     }
 
     bool bit(std::size_t number) const {
@@ -37,9 +34,9 @@ public:
     }
     // Nothing for a field that the record does not reach to.
     std::optional<std::string_view> variable(std::size_t place) const {
-        if (starts_.size() < 2 || place >= starts_.size() - 1)
+        if (place >= variableFields_)
             return std::nullopt;
-        return between(starts_[place], starts_[place + 1]);
+        return between(start(place), start(place + 1));
     }
 
 private:
@@ -48,37 +45,40 @@ private:
             throw Damage{"a field does not lie within its record"};
         return bytes_.substr(begin, end - begin);
     }
-    // The byte `back` bytes before the mask.
+    // The number `back` bytes before the mask.
     std::size_t beforeMask(std::size_t back, std::size_t size) const {
         if (back > mask_)
             throw Damage{"a record is too short for its fields"};
         return numberAt(bytes_, mask_ - back, size);
     }
-    void readStarts4() {
-        const std::size_t count = beforeMask(2, 2);
-        for (std::size_t i = 0; i <= count; ++i)
-            starts_.push_back(beforeMask(4 + 2 * i, 2));
-    }
-    // A start is one byte. Before the starts stand the jumps: the places from which 256 more is to be added.
-    void readStarts3() {
-        const std::size_t count = beforeMask(1, 1);
-        std::size_t jumps = (bytes_.size() - 1) / 256;
-        const std::size_t first = 2 + jumps; // back from the mask
-        if (first + count <= mask_ && (mask_ - first - count) / 256 < jumps)
-            --jumps; // the last jump would lie beyond the last field
+    // Where a variable field begins, or the last one ends.
+    std::size_t start(std::size_t place) const {
+        if (version_ == Version::Jet4)
+            return beforeMask(4 + 2 * place, 2);
+        // A start is one byte. Before the starts stand the jumps: the places from which 256 more is to be
+        // added.
         std::size_t used = 0;
-        for (std::size_t i = 0; i <= count; ++i) {
-            while (used < jumps && beforeMask(2 + used, 1) == i)
-                ++used;
-            starts_.push_back(beforeMask(first + i, 1) + used * 256);
-        }
+        while (used < jumps_ && beforeMask(2 + used, 1) <= place)
+            ++used;
+        return beforeMask(firstStart_ + place, 1) + used * 256;
+    }
+    void countJumps() {
+        jumps_ = (bytes_.size() - 1) / 256;
+        firstStart_ = 2 + jumps_;
+        const std::size_t last = firstStart_ + variableFields_;
+        if (last <= mask_ && (mask_ - last) / 256 < jumps_)
+            --jumps_; // the last jump would lie beyond the last field
     }
 
     std::string_view bytes_;
+    Version version_;
     std::size_t countSize_;
     std::size_t fields_ = 0;
     std::size_t mask_ = 0;
-    std::vector<std::size_t> starts_; // of the variable fields, and the end of the last
+    std::size_t variableFields_ = 0;
+    // Of format 3:
+    std::size_t jumps_ = 0;
+    std::size_t firstStart_ = 0; // back from the mask
 };
 
 // 0 for a kind without a size of its own.

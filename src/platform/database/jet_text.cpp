@@ -24,6 +24,15 @@ std::string expand(std::string_view bytes) {
     return units;
 }
 
+// Characters below 256, one byte each.
+std::string fromLatin1(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    for (const char c : bytes)
+        text::appendUtf8(text, static_cast<unsigned char>(c));
+    return text;
+}
+
 } // namespace
 
 std::string decodeText(std::string_view bytes, Version version) {
@@ -32,8 +41,12 @@ std::string decodeText(std::string_view bytes, Version version) {
         return decoded ? decoded->text : std::string();
     }
     constexpr std::string_view compressed = "\xFF\xFE";
-    if (bytes.starts_with(compressed))
-        return text::fromUtf16Bytes(expand(bytes.substr(2)), text::ByteOrder::LittleEndian);
+    if (bytes.starts_with(compressed)) {
+        bytes.remove_prefix(compressed.size());
+        if (bytes.find('\0') == std::string_view::npos)
+            return fromLatin1(bytes);
+        return text::fromUtf16Bytes(expand(bytes), text::ByteOrder::LittleEndian);
+    }
     return text::fromUtf16Bytes(bytes, text::ByteOrder::LittleEndian);
 }
 

@@ -8,7 +8,14 @@ namespace genutil {
 bool isSameName(std::string_view a, std::string_view b) {
     std::size_t i = 0;
     std::size_t j = 0;
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
     while (i < a.size() && j < b.size()) {
+        if (isAscii(a[i]) && isAscii(b[j])) {
+            if (text::foldCase(static_cast<unsigned char>(a[i++])) !=
+                text::foldCase(static_cast<unsigned char>(b[j++])))
+                return false;
+            continue;
+        }
         const text::DecodedCharacter left = text::decodeUtf8(a, i);
         const text::DecodedCharacter right = text::decodeUtf8(b, j);
         if (text::foldCase(left.codePoint) != text::foldCase(right.codePoint))

@@ -54,19 +54,37 @@ std::string validText(std::string_view bytes) {
     return valid;
 }
 
+// A name that began with "file:" would be an address, one that began with ":" a database in memory.
+std::string unmistakable(const std::string& path) {
+    return path.starts_with('/') ? path : "./" + path;
+}
+
+std::string addressAtRest(const std::string& path) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string address = "file:";
+    for (const char c : unmistakable(path)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '%' || c == '?' || c == '#')
+            address.append(1, '%').append(1, digits[byte >> 4]).append(1, digits[byte & 15]);
+        else
+            address += c;
+    }
+    return address + "?immutable=1";
+}
+
 } // namespace
 
 void Connection::Close::operator()(sqlite3* handle) const {
     sqlite3_close_v2(handle);
 }
 
-Connection::Connection(const std::string& path, bool exclusive, bool readOnly)
-    : path_(path), readOnly_(readOnly) {
+Connection::Connection(const std::string& path, bool exclusive, Access access)
+    : path_(path), access_(access) {
     sqlite3* opened = nullptr;
-    // A name that began with "file:" would be an address, one that began with ":" a database in memory.
-    const std::string name = path.starts_with('/') ? path : "./" + path;
+    const std::string name = access == Access::ReadAtRest ? addressAtRest(path) : unmistakable(path);
+    const int flags = isReadOnly() ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
     const int code = sqlite3_open_v2(
-        name.c_str(), &opened, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, nullptr);
+        name.c_str(), &opened, flags | (access == Access::ReadAtRest ? SQLITE_OPEN_URI : 0), nullptr);
     handle_.reset(opened);
     if (code != SQLITE_OK)
         fail(code);
@@ -80,7 +98,7 @@ Connection::Connection(const std::string& path, bool exclusive, bool readOnly)
     if (exclusive) {
         // The lock is taken with the first change and then kept for as long as the database is open.
         Statement(*this, "PRAGMA locking_mode = EXCLUSIVE").next();
-        if (!readOnly) {
+        if (!isReadOnly()) {
             Statement(*this, "BEGIN EXCLUSIVE").next();
             Statement(*this, "COMMIT").next();
         }
@@ -92,8 +110,14 @@ std::int64_t Connection::lastRow() const {
 }
 
 void Connection::fail(int code) const {
-    throw Error(errorNumber(code),
-        "'" + path_ + "': " + (handle_ ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code)));
+    const std::string name = "'" + path_ + "': ";
+    // Only who may write can finish or undo what a program was doing to the file when it ended.
+    if (isReadOnly() && (code & 0xFF) == SQLITE_READONLY)
+        throw Error(errors::DatabaseLocked,
+            name +
+                "another program has left it in the middle of a change, or is in one: it must be opened for "
+                "writing first");
+    throw Error(errorNumber(code), name + (handle_ ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code)));
 }
 
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
@@ -138,6 +162,10 @@ bool Statement::next() {
     return code == SQLITE_ROW;
 }
 
+void Statement::reset() {
+    sqlite3_reset(statement_.get()); // tells again what next() has thrown already
+}
+
 int Statement::columnCount() const {
     return sqlite3_column_count(statement_.get());
 }
@@ -151,7 +179,7 @@ std::int64_t Statement::number(int column) const {
     return sqlite3_column_int64(statement_.get(), column);
 }
 
-Value Statement::value(int column) const {
+std::optional<Value> Statement::value(int column) const {
     sqlite3_stmt* const row = statement_.get();
     const char* const declared = sqlite3_column_decltype(row, column);
     switch (sqlite3_column_type(row, column)) {
@@ -173,8 +201,7 @@ Value Statement::value(int column) const {
         return validText({bytes ? bytes : "", static_cast<std::size_t>(sqlite3_column_bytes(row, column))});
     }
     default:
-        throw Error(errors::TypeMismatch, "The field '" + columnName(column) + "' of '" + connection_.path() +
-                                              "' holds neither a number nor a text");
+        return std::nullopt;
     }
 }
 

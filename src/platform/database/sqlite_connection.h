@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,14 +13,23 @@ struct sqlite3_stmt;
 
 namespace genutil::sqlite {
 
+enum class Access {
+    ReadWrite,
+    Read,
+    ReadAtRest // of a file that nobody writes: without locks, and without the files that writers keep beside
+               // it
+};
+
 // An open database. What the file itself brings along, triggers and views, is not run.
 class Connection {
 public:
     // Throws as statements do.
-    Connection(const std::string& path, bool exclusive, bool readOnly);
+    Connection(const std::string& path, bool exclusive, Access access);
+    Connection(const std::string& path, bool exclusive, bool readOnly)
+        : Connection(path, exclusive, readOnly ? Access::Read : Access::ReadWrite) {}
 
     const std::string& path() const { return path_; }
-    bool isReadOnly() const { return readOnly_; }
+    bool isReadOnly() const { return access_ != Access::ReadWrite; }
     std::int64_t lastRow() const;
     sqlite3* handle() const { return handle_.get(); }
     // Throws the Error for the library's result code, naming the file: DatabaseLocked, ReadOnlyDatabase,
@@ -31,7 +41,7 @@ private:
         void operator()(sqlite3* handle) const;
     };
     std::string path_;
-    bool readOnly_;
+    Access access_;
     std::unique_ptr<sqlite3, Close> handle_;
 };
 
@@ -45,12 +55,14 @@ public:
     void bind(int parameter, std::int64_t value);
     // Goes to the next row; false behind the last.
     bool next();
+    // Before the first row again, with the database given free; parameters can be bound anew.
+    void reset();
 
     int columnCount() const;
     std::string columnName(int column) const;
     // A whole number is a long integer or, beyond its range, a double; Boolean where the column is declared
-    // so. Throws TypeMismatch for a binary.
-    Value value(int column) const;
+    // so. Nothing for a binary.
+    std::optional<Value> value(int column) const;
     std::int64_t number(int column) const;
 
 private:

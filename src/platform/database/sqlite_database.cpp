@@ -5,20 +5,38 @@
 #include "platform/database/sqlite_connection.h"
 #include "platform/database/sqlite_recordset.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 
 namespace genutil {
 namespace {
 
+// A file whose writers keep their latest changes in a log beside it is at rest when there is none: to read it
+// as others would make a log, which stays behind, and needs a folder that may be written to.
+sqlite::Access accessTo(const DatabaseFile& file, bool readOnly) {
+    constexpr std::size_t readVersion = 19;
+    constexpr char withLog = 2;
+    if (!readOnly)
+        return sqlite::Access::ReadWrite;
+    const bool mayHaveLog = file.head().size() > readVersion && file.head()[readVersion] == withLog;
+    std::error_code none;
+    const bool isAtRest = mayHaveLog && !std::filesystem::exists(file.path() + "-wal", none);
+    return isAtRest ? sqlite::Access::ReadAtRest : sqlite::Access::Read;
+}
+
 class SqliteDatabase : public Database {
 public:
     SqliteDatabase(const DatabaseFile& file, bool exclusive, bool readOnly)
-        : connection_(std::make_shared<sqlite::Connection>(file.path(), exclusive, readOnly)) {
+        : connection_(
+              std::make_shared<sqlite::Connection>(file.path(), exclusive, accessTo(file, readOnly))) {
         sqlite::Statement list(*connection_,
             "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
             "ESCAPE '\\' AND name <> '' ORDER BY rowid");
         while (list.next() && tables_.size() < std::numeric_limits<std::int16_t>::max())
-            tables_.push_back(list.value(0).toText());
+            if (const auto name = list.value(0))
+                tables_.push_back(name->toText());
     }
 
     std::int16_t tableCount() override { return static_cast<std::int16_t>(tables_.size()); }
@@ -32,7 +50,8 @@ public:
     std::int32_t tableRecordCount(std::int16_t index) override {
         sqlite::Statement count(*connection_, "SELECT COUNT(*) FROM " + sqlite::quoted(tableName(index)));
         count.next();
-        return count.value(0).toInt32();
+        return static_cast<std::int32_t>(
+            std::min<std::int64_t>(count.number(0), std::numeric_limits<std::int32_t>::max()));
     }
     std::shared_ptr<Recordset> OpenRecordset(const std::string& table) override {
         for (const std::string& each : tables_)

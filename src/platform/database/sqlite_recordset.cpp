@@ -6,10 +6,10 @@
 namespace genutil::sqlite {
 
 RecordsetOfTable::RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table)
-    : connection_(std::move(connection)), table_(quoted(table)) {
-    const Statement columns(*connection_, "SELECT * FROM " + table_);
-    for (int i = 0; i < columns.columnCount(); ++i)
-        fields_.push_back(columns.columnName(i));
+    : connection_(std::move(connection)), table_(quoted(table)),
+      rowOfNumber_(*connection_, "SELECT * FROM " + table_ + " WHERE rowid = ?") {
+    for (int i = 0; i < rowOfNumber_.columnCount(); ++i)
+        fields_.push_back(rowOfNumber_.columnName(i));
     Statement rows(*connection_, "SELECT rowid FROM " + table_ + " ORDER BY rowid");
     while (rows.next())
         rows_.push_back(rows.number(0));
@@ -20,16 +20,20 @@ void RecordsetOfTable::needRecord(bool isThere) const {
         throw Error(errors::NoCurrentRecord);
 }
 
+void RecordsetOfTable::goTo(std::size_t record) {
+    change_ = Change::None;
+    current_ = record;
+    record_.clear();
+}
+
 void RecordsetOfTable::MoveFirst() {
     needRecord(!rows_.empty());
-    change_ = Change::None;
-    current_ = 0;
+    goTo(0);
 }
 
 void RecordsetOfTable::MoveNext() {
     needRecord(!EOF_());
-    change_ = Change::None;
-    ++current_;
+    goTo(current_ + 1);
 }
 
 void RecordsetOfTable::begin(Change change) {
@@ -72,11 +76,31 @@ Value RecordsetOfTable::field(std::string_view name) {
         if (change_ == Change::Add)
             return Null();
     }
+    if (const auto& value = currentRecord()[index])
+        return *value;
+    throw Error(errors::TypeMismatch, "The field '" + fields_[index] + "' of '" + connection_->path() +
+                                          "' holds neither a number nor a text");
+}
+
+// Nothing in the place of a binary.
+const std::vector<std::optional<Value>>& RecordsetOfTable::currentRecord() {
     needRecord(!EOF_());
-    Statement row(*connection_, "SELECT " + quoted(fields_[index]) + " FROM " + table_ + " WHERE rowid = ?");
-    row.bind(0, rows_[current_]);
-    needRecord(row.next()); // it may have been deleted meanwhile
-    return row.value(0);
+    if (record_.empty()) {
+        rowOfNumber_.reset();
+        rowOfNumber_.bind(0, rows_[current_]);
+        if (!rowOfNumber_.next())
+            throw Error(errors::NoCurrentRecord, "The current record of the table " + table_ + " in '" +
+                                                     connection_->path() + "' is not there any more");
+        std::vector<std::optional<Value>> record;
+        for (int i = 0; i < rowOfNumber_.columnCount(); ++i)
+            record.push_back(rowOfNumber_.value(i));
+        rowOfNumber_.reset(); // lets others write
+        if (record.size() != fields_.size())
+            throw Error(errors::UnrecognisedDatabase,
+                "The fields of the table " + table_ + " in '" + connection_->path() + "' have been changed");
+        record_ = std::move(record);
+    }
+    return record_;
 }
 
 void RecordsetOfTable::setField(std::string_view name, const Value& value) {
@@ -112,7 +136,7 @@ void RecordsetOfTable::Update() {
     }
     if (change_ == Change::Add)
         rows_.push_back(connection_->lastRow());
-    change_ = Change::None;
+    goTo(current_);
 }
 
 } // namespace genutil::sqlite

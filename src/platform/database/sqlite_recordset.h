@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,14 +36,18 @@ private:
     void needRecord(bool isThere) const;
     void needChange() const;
     void begin(Change change);
+    void goTo(std::size_t record);
+    const std::vector<std::optional<Value>>& currentRecord();
     std::size_t fieldIndex(std::string_view name) const;
     std::string changeSql() const;
 
     std::shared_ptr<Connection> connection_;
     std::string table_; // quoted
+    Statement rowOfNumber_;
     std::vector<std::string> fields_;
     std::vector<std::int64_t> rows_; // their numbers in the table
     std::size_t current_ = 0;
+    std::vector<std::optional<Value>> record_; // the current one; no values: not read yet
     Change change_ = Change::None;
     std::map<std::size_t, Value> changed_; // by field
 };

@@ -3,10 +3,12 @@
 #include "platform/qt/burst_gate.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/gauge_bar.h"
+#include "platform/qt/grid_view.h"
 #include "platform/qt/report_view.h"
 #include "platform/qt/tie.h"
 #include "platform/qt/twip_scale.h"
 
+#include <QAbstractItemModel>
 #include <QAbstractScrollArea>
 #include <QAction>
 #include <QCheckBox>
@@ -260,6 +262,13 @@ void bind(GaugeBar* view, FloodGauge& model) {
         if (aspect == Aspect::Value)
             view->setValue(model.floodPercent);
     });
+}
+
+void bind(GridView* view, Grid& model) {
+    view->setGrid(&model);
+    auto* tie = tieWidget(view, model, [view](Aspect aspect) { view->gridChanged(aspect); });
+    // Without its table the view is going itself.
+    QObject::connect(tie, &QObject::destroyed, view->model(), [view] { view->setGrid(nullptr); });
 }
 
 void bind(ReportView* view, ReportText& model) {

@@ -17,6 +17,8 @@ class QWidget;
 namespace genutil {
 
 class GaugeBar;
+class Grid;
+class GridView;
 class ReportView;
 
 // bind(view, model): the view shows the model's state from now on and reports the user's acts to it. The
@@ -31,6 +33,7 @@ void bind(QRadioButton* view, OptionButton& model);
 void bind(QComboBox* view, ComboBox& model);
 void bind(QTabWidget* view, Tabs& model); // pages that are missing are added empty
 void bind(GaugeBar* view, FloodGauge& model);
+void bind(GridView* view, Grid& model);
 void bind(ReportView* view, ReportText& model);
 
 // Keeps the view where the control's own place and size are. A height of 0 is the view's natural one.

@@ -2,6 +2,7 @@
 
 #include "hostif/error.h"
 #include "platform/qt/file_view_window.h"
+#include "platform/qt/job_list_window.h"
 #include "platform/qt/progress_window.h"
 
 namespace genutil {
@@ -22,6 +23,7 @@ FormViews standardFormViews() {
     return {
         {"frmProgress", make<ProgressWindow, frmProgress>},
         {"frmFileView", make<FileViewWindow, frmFileView>},
+        {"frmJobList", make<JobListWindow, frmJobList>},
     };
 }
 

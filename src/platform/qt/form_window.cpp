@@ -1,12 +1,15 @@
 #include "platform/qt/form_window.h"
 
 #include "hostif/controls.h"
+#include "platform/qt/grid_view.h"
 #include "platform/qt/menu_bar.h"
 #include "platform/qt/tie.h"
 #include "platform/qt/virtual_keys.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
@@ -132,6 +135,17 @@ void FormWindow::repaintView(const Control& control) {
 void FormWindow::bringToFront() {
     if (raiseGate_.pass())
         raise();
+}
+
+void FormWindow::popUp(const MenuItem& menu) {
+    auto* shown = findChild<QMenu*>(QString::fromStdString(menu.name()));
+    if (!shown)
+        return;
+    QPoint place = QCursor::pos();
+    for (const Control* control : form_->controls())
+        if (const auto* grid = dynamic_cast<const GridView*>(viewOf(*control)))
+            place = grid->menuPlace().value_or(place);
+    shown->exec(place);
 }
 
 void FormWindow::apply(Aspect aspect) {

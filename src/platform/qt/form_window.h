@@ -14,6 +14,8 @@ class QMenuBar;
 
 namespace genutil {
 
+class MenuItem;
+
 // The window of a form, from the moment it is shown until it is hidden or closed; showing the form again
 // makes another. The contents get what the form's nominal size leaves after its chrome; a menu bar comes on
 // top of that. A class for each form puts the controls' views into contents().
@@ -37,6 +39,10 @@ public:
     // refreshed. What a view has been told meanwhile is painted with the pending events.
     void repaintView(const Control& control);
     void bringToFront();
+
+    // Shows the pop-up menu where the user has asked for it and returns when it has gone. Does nothing for a
+    // menu that the window has not got.
+    void popUp(const MenuItem& menu);
 
     // Tells the form the window's size and state, if they have changed.
     void reportSize();

@@ -1,19 +1,20 @@
 #include "platform/qt/qt_desktop.h"
 
+#include "hostif/controls.h"
 #include "hostif/error.h"
 #include "hostif/form.h"
 #include "hostif/value.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/file_watch.h"
 #include "platform/qt/fonts.h"
+#include "platform/qt/locale.h"
+#include "platform/qt/text_measure.h"
 #include "platform/qt/twip_scale.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QEventLoop>
 #include <QFontInfo>
-#include <QFontMetricsF>
-#include <QLocale>
 #include <QPointer>
 #include <QScreen>
 #include <QWindow>
@@ -45,11 +46,13 @@ public:
     bool isFixedPitch(const Font& font) override { return QFontInfo(toQFont(font)).fixedPitch(); }
 
     void show(const std::shared_ptr<Form>& form, bool modal) override;
+    void showEarly(const std::shared_ptr<Form>& form) override;
     void hide(Form& form) override { takeAway(form); }
     void close(Form& form) override { takeAway(form); }
     void bringToFront(Form& form) override;
     void repaint(Control& control) override;
     void doEvents() override;
+    void popUpMenu(MenuItem& menu) override;
 
     Answer ask(const Message& message) override;
     bool showOpen(Form& owner, FileDialog& dialog) override;
@@ -64,18 +67,26 @@ private:
     struct Open {
         const Form* form;
         QPointer<FormWindow> window;
-        QEventLoop* modalLoop; // null for a modeless form
+        QEventLoop* modalLoop = nullptr; // null for a modeless form
+        bool isEarly = false;            // blocks other windows, and a modal show is still to come
+    };
+    struct Measure {
+        Font font;
+        TextMeasure text;
     };
 
     std::vector<Open>::iterator find(const Form& form) {
         return std::ranges::find(open_, &form, &Open::form);
     }
     FormWindow* windowOf(const Form& form);
+    void open(const std::shared_ptr<Form>& form, bool modal, bool isEarly);
     void takeAway(Form& form);
     void runModal(const std::shared_ptr<Form>& form);
 
     FormViews views_;
     std::vector<Open> open_;
+    std::vector<Measure> measures_; // at measuredScale_
+    double measuredScale_ = 0;
     Pointer pointer_ = Pointer::Default;
     QtClipboard clipboard_;
 };
@@ -106,8 +117,13 @@ void QtDesktop::setPointer(Pointer pointer) {
 }
 
 double QtDesktop::textWidth(const Font& font, const std::string& text) {
-    return TwipScale::ofScreen().twips(
-        QFontMetricsF(toQFont(font)).horizontalAdvance(QString::fromStdString(text)));
+    const TwipScale scale = TwipScale::ofScreen();
+    if (scale.twipsPerPixel() != std::exchange(measuredScale_, scale.twipsPerPixel()))
+        measures_.clear();
+    auto known = std::ranges::find(measures_, font, &Measure::font);
+    if (known == measures_.end())
+        known = measures_.insert(known, {font, TextMeasure(toQFont(font))});
+    return scale.twips(known->text.width(text));
 }
 
 FormWindow* QtDesktop::windowOf(const Form& form) {
@@ -116,24 +132,34 @@ FormWindow* QtDesktop::windowOf(const Form& form) {
 }
 
 void QtDesktop::show(const std::shared_ptr<Form>& form, bool modal) {
-    if (FormWindow* window = windowOf(*form)) {
-        if (modal)
-            throw Error(
-                errors::InvalidCall, form->name() + " is already shown and cannot be shown modally as well");
-        window->raise();
-        window->activateWindow();
-        return;
+    const auto entry = find(*form);
+    if (entry == open_.end()) {
+        open(form, modal, false);
+    } else if (!modal) {
+        entry->window->raise();
+        entry->window->activateWindow();
+    } else if (!std::exchange(entry->isEarly, false)) {
+        throw Error(
+            errors::InvalidCall, form->name() + " is already shown and cannot be shown modally as well");
     }
+    if (modal)
+        runModal(form);
+}
+
+void QtDesktop::showEarly(const std::shared_ptr<Form>& form) {
+    if (find(*form) == open_.end())
+        open(form, true, true);
+}
+
+void QtDesktop::open(const std::shared_ptr<Form>& form, bool modal, bool isEarly) {
     FormWindow* window = makeFormWindow(views_, form);
     const bool staysAbove = modal || window->windowType() == Qt::Tool;
     const QWidget* active = QApplication::activeModalWidget();
     if (!active)
         active = QApplication::activeWindow();
-    open_.push_back({form.get(), window, nullptr});
+    open_.push_back({form.get(), window, nullptr, isEarly});
     form->setShown(true);
     window->open(modal, staysAbove && active ? active->window()->windowHandle() : nullptr);
-    if (modal)
-        runModal(form);
 }
 
 void QtDesktop::runModal(const std::shared_ptr<Form>& form) {
@@ -184,6 +210,13 @@ void QtDesktop::doEvents() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
 }
 
+void QtDesktop::popUpMenu(MenuItem& menu) {
+    const auto alive = menu.form().shared_from_this();
+    const PointerScope arrow(*this, Pointer::Default);
+    if (FormWindow* window = windowOf(*alive))
+        window->popUp(menu);
+}
+
 Answer QtDesktop::ask(const Message& message) {
     const PointerScope arrow(*this, Pointer::Default);
     return showMessage(message);
@@ -223,14 +256,9 @@ void ensureApplication() {
 
 } // namespace
 
-void useSystemNumberLocale() {
-    const QLocale system = QLocale::system();
-    setNumberLocale({system.decimalPoint().toStdString(), system.groupSeparator().toStdString()});
-}
-
 std::unique_ptr<Desktop> makeQtDesktop(FormViews views) {
     ensureApplication();
-    useSystemNumberLocale();
+    useSystemLocale();
     return std::make_unique<QtDesktop>(std::move(views));
 }
 

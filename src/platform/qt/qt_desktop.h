@@ -8,10 +8,7 @@
 namespace genutil {
 
 // The desktop of this system. Makes the application object when the process has none yet, and takes over the
-// user's number locale. Windows that are still open when it is destroyed go with it.
+// user's way of writing numbers and dates. Windows that are still open when it is destroyed go with it.
 std::unique_ptr<Desktop> makeQtDesktop(FormViews views = standardFormViews());
-
-// Numbers are written and read from now on as the user's system does it.
-void useSystemNumberLocale();
 
 } // namespace genutil

@@ -1,0 +1,106 @@
+#include "host/job_schema.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <unistd.h>
+
+using namespace kestal;
+using testing::HasSubstr;
+
+namespace {
+
+struct Outcome {
+    int exitCode = -1;
+    std::string output, errors;
+};
+
+// The program as a shell starts it, in a folder with two jobs and a file that is none.
+class JobsCommand : public testing::Test {
+protected:
+    JobsCommand() {
+        QDir().mkpath(folder_);
+        createJob((folder_ + "/b, \"2\".gdb").toStdString());
+        createJob((folder_ + "/A.mdb").toStdString());
+        QFile bad(folder_ + "/bad\u001b[2J.gdb");
+        EXPECT_TRUE(bad.open(QIODevice::WriteOnly) && bad.write("text") == 4);
+    }
+    // `shell` may use "$kestal" and "$1", the folder.
+    Outcome run(const QString& shell) const {
+        QProcessEnvironment environment;
+        environment.insert("PATH", qEnvironmentVariable("PATH"));
+        environment.insert("HOME", files_.path()); // no display, no language, nothing of the user's
+        environment.insert("kestal", QCoreApplication::applicationDirPath() + "/kestal");
+        for (const char* name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"})
+            environment.insert(name, qEnvironmentVariable(name));
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(files_.path());
+        process.start("bash", {"-c", shell, "bash", folder_});
+        EXPECT_TRUE(process.waitForFinished(30000)) << shell.toStdString();
+        return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+    }
+
+    QTemporaryDir files_;
+    // A name that a shell or a wildcard would take apart.
+    QString folder_ = files_.path() + "/-jobs 'of' \"\u0141\u00F3d\u017A\" $(x) *.gdb";
+};
+
+TEST_F(JobsCommand, WritesTheJobsInEachFormatAndNamesWhatItCannotRead) {
+    const std::pair<const char*, const char*> cases[] = {{"", "Job "}, {"--format tsv", "Job\tCreate Date\t"},
+        {"--format csv --sort -job", "\n\"b, \"\"2\"\".gdb\","}, {"--format table --all-columns", "LS Sets"}};
+    for (const auto& [options, text] : cases) {
+        const Outcome result = run(QString("\"$kestal\" jobs %1 -- \"$1\"").arg(options));
+        EXPECT_EQ(result.exitCode, 0) << options;
+        EXPECT_THAT(result.output, HasSubstr(text));
+        EXPECT_EQ(result.errors,
+            "kestal: bad\uFFFD[2J.gdb: The file is not a job database: it does not begin as one\n");
+    }
+    const Outcome json = run("\"$kestal\" jobs --format json --sort -Job -- \"$1\" 2>/dev/null");
+    const auto jobs = QJsonDocument::fromJson(QByteArray::fromStdString(json.output)).array();
+    ASSERT_EQ(jobs.size(), 2);
+    EXPECT_EQ(jobs[0].toObject()["Job"].toString(), "b, \"2\".gdb");
+    EXPECT_EQ(jobs[1].toObject()["Points"].toDouble(-1), 0);
+}
+
+TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
+    struct Case {
+        const char* shell;
+        int exitCode;
+        const char* errors;
+    };
+    const Case cases[] = {
+        {"\"$kestal\" jobs .", 0, ""},
+        {"\"$kestal\" jobs nowhere", 1, "'nowhere' does not exist"},
+        {"\"$kestal\" jobs \"$1/A.mdb\"", 1, "A.mdb' is not a folder"},
+        {"\"$kestal\" jobs . --format xml", 2, "table, tsv, csv or json"},
+        {"\"$kestal\" jobs . --sort Nothing", 2, "Create Date, Surveyor"},
+        {"\"$kestal\" jobs", 2, "FOLDER is needed"},
+        {"\"$kestal\" jobs . > /dev/full", 1, "output cannot be written: No space left"},
+        {"\"$kestal\" jobs . >&-", 1, "output cannot be written"},
+        {"\"$kestal\" jobs . > >(exec <&-); exit $?", 1, "output cannot be written: Broken pipe"},
+        {"\"$kestal\" new-job new.gdb && \"$kestal\" jobs . | grep -q ^new.gdb", 0, ""},
+        {"\"$kestal\" new-job \"$1/A.mdb\"", 1, "A.mdb' exists already"},
+        {"\"$kestal\" job-list", 1, "no screen"},
+    };
+    for (const Case& each : cases) {
+        const Outcome result = run(each.shell);
+        EXPECT_EQ(result.exitCode, each.exitCode) << each.shell << ": " << result.errors;
+        EXPECT_THAT(result.errors, HasSubstr(each.errors)) << each.shell;
+        if (each.exitCode == 0) {
+            EXPECT_EQ(result.errors, "") << each.shell << " has nothing to say";
+        }
+    }
+}
+
+} // namespace
