@@ -50,8 +50,8 @@ constexpr bool isDigit(char c) {
 // A number, or the name of a month.
 struct Piece {
     int value;
-    std::size_t digits;           // 0 for a name
-    bool mayBePassedOver = false; // a name that is a weekday's as well, as "mar" in Spanish
+    std::size_t digits; // 0 for a name
+    std::string word;   // of a name
 };
 
 // Takes the pieces from the front of a text.
@@ -93,14 +93,13 @@ private:
                 break;
             end += next.length;
         }
-        const std::string word = folded(rest_.substr(0, end));
+        std::string word = folded(rest_.substr(0, end));
         rest_.remove_prefix(end);
-        const bool mayBePassedOver = isPassedOver(word);
-        if (const int month = monthNamed(word); month > 0)
-            pieces_.push_back({month, 0, mayBePassedOver});
-        else if (!mayBePassedOver)
-            return false;
-        return end > 0;
+        const int month = monthNamed(word);
+        if (month == 0)
+            return end > 0 && isPassedOver(word);
+        pieces_.push_back({month, 0, std::move(word)});
+        return true;
     }
 
     // A number of the date, or a whole time of day.
@@ -124,7 +123,7 @@ private:
 
     // The value of more than four digits does not matter.
     Piece takeDigits() {
-        Piece number{0, 0};
+        Piece number{0, 0, {}};
         for (; !rest_.empty() && isDigit(rest_[0]); rest_.remove_prefix(1), ++number.digits)
             number.value = number.digits < 4 ? number.value * 10 + (rest_[0] - '0') : number.value;
         return number;
@@ -151,7 +150,7 @@ std::optional<Date> dateIn(std::span<const Piece> pieces, std::string_view layou
     const bool hasName = std::ranges::count(pieces, 0u, &Piece::digits) > 0;
     Date date{thisYear(), 1, 1};
     for (std::size_t i = 0; i < pieces.size(); ++i) {
-        const auto [value, digits, ignored] = pieces[i];
+        const auto& [value, digits, word] = pieces[i];
         if ((layout[i] == 'm') != (hasName ? digits == 0 : layout[i] == 'm'))
             return std::nullopt;
         if (layout[i] != 'y' && digits > 2)
@@ -195,10 +194,14 @@ std::optional<Date> readDate(std::string_view text) {
     auto pieces = Reader(text).pieces();
     if (!pieces)
         return std::nullopt;
+    // A name may be a weekday's as well, as "mar" in Spanish.
     const auto isName = [](const Piece& piece) { return piece.digits == 0; };
-    const auto weekday = std::ranges::find(*pieces, true, &Piece::mayBePassedOver);
-    if (weekday != pieces->end() && (pieces->size() > 3 || std::ranges::count_if(*pieces, isName) > 1))
-        pieces->erase(weekday);
+    if (pieces->size() > 3 || std::ranges::count_if(*pieces, isName) > 1) {
+        const auto weekday = std::ranges::find_if(
+            *pieces, [&](const Piece& piece) { return isName(piece) && isPassedOver(piece.word); });
+        if (weekday != pieces->end())
+            pieces->erase(weekday);
+    }
     for (const std::string_view layout : layouts(dateLocale().order, pieces->size()))
         if (const auto date = dateIn(*pieces, layout))
             return date;

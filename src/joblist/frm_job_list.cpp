@@ -18,6 +18,15 @@ constexpr double gridMargin = 60;    // what the form is wider than its grid
 constexpr double columnMargin = 500; // what a column that would fill the grid is narrower than it
 constexpr int mostBlanks = 4000;     // a host whose column widths never grow must not stop the set-up
 
+// One entry for each column, to show and hide it.
+std::deque<MenuItem> columnItems(Form& form, MenuItem& menu) {
+    std::deque<MenuItem> items;
+    for (std::size_t i = 0; i < jobColumnCount; ++i)
+        items.emplace_back(form, "mnuColumn" + std::to_string(i + 1), jobColumns()[i].title, &menu)
+            .isCheckable = true;
+    return items;
+}
+
 constexpr auto patience = 500ms; // reading that takes longer is shown
 constexpr auto turn = 40ms;      // between two looks at the user's acts
 
@@ -34,7 +43,7 @@ frmJobList::frmJobList(Component& owner)
       mnuExportCsv(*this, "mnuExportCsv", "Export CSV…", &mnuRecordMenu),
       mnuBreakView(*this, "mnuBreakView", "-", &mnuRecordMenu),
       mnuFilter(*this, "mnuFilter", "Filter", &mnuRecordMenu, "Ctrl+F"),
-      mnuColumns(*this, "mnuColumns", "Columns", &mnuRecordMenu),
+      mnuColumns(*this, "mnuColumns", "Columns", &mnuRecordMenu), mnuColumn(columnItems(*this, mnuColumns)),
       mnuBreakColumns(*this, "mnuBreakColumns", "-", &mnuColumns),
       mnuResetColumns(*this, "mnuResetColumns", "Reset Columns", &mnuColumns), pnlFilter(*this, "pnlFilter"),
       lblFilter(*this, "lblFilter", "&Filter:"), txtFilter(*this, "txtFilter"),
@@ -45,11 +54,6 @@ frmJobList::frmJobList(Component& owner)
     width = designWidth;
     height = designHeight;
     cmdExit.width = 1500;
-    for (std::size_t i = 0; i < jobColumnCount; ++i) {
-        MenuItem& item = mnuColumn.emplace_back(
-            *this, "mnuColumn" + std::to_string(i + 1), jobColumns()[i].title, &mnuColumns);
-        item.isCheckable = true;
-    }
     flxJobList.setFormat(jobColumnsFormat());
 
     const std::initializer_list<Control*> tabOrder{
@@ -108,6 +112,7 @@ void frmJobList::Form_Setup(const std::string& helpSource) {
         showCount();
         jobChanged = false;
         setUp_ = true;
+        flxJobList.setFocus(); // a window that was shown early had it elsewhere
         closing.isComplete = true;
         showAsSetUp();
     });

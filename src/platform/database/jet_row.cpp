@@ -20,10 +20,12 @@ public:
         if (bytes.size() < countSize_ + maskSize)
             throw Damage{"a record is too short for its fields"};
         mask_ = bytes.size() - maskSize;
-        if (hasVariableFields)
-            variableFields_ = beforeMask(countSize_, countSize_);
-        if (hasVariableFields && version == Version::Jet3)
+        if (!hasVariableFields)
+            return;
+        variableFields_ = beforeMask(countSize_, countSize_);
+        if (version == Version::Jet3)
             countJumps();
+        start(variableFields_); // damage is told even when the fields that are asked for are Null
     }
 
     bool bit(std::size_t number) const {

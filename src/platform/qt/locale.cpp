@@ -8,6 +8,7 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -105,14 +106,17 @@ DateLocale dateLocaleOf(const QLocale& locale) {
     for (int month = 1; month <= 12; ++month)
         result.shortMonths[static_cast<std::size_t>(month - 1)] =
             locale.monthName(month, QLocale::ShortFormat).toStdString();
-    DateWords own;
-    own.add(locale);
+    DateWords words;
+    words.add(locale);
+    const auto own = std::make_shared<const DateWords>(std::move(words));
     result.monthNamed = [own](const std::string& word) {
         // Two letters are too often a small word of one language and a month of another.
-        const bool isOwn = word.size() < 3 || own.monthNamed(word) > 0 || own.isPassedOver(word);
-        return (isOwn ? own : wordsOfAllLanguages()).monthNamed(word);
+        const bool isOwn = word.size() < 3 || own->monthNamed(word) > 0 || own->isPassedOver(word);
+        return (isOwn ? *own : wordsOfAllLanguages()).monthNamed(word);
     };
-    result.isPassedOver = [](const std::string& word) { return wordsOfAllLanguages().isPassedOver(word); };
+    result.isPassedOver = [own](const std::string& word) {
+        return own->isPassedOver(word) || wordsOfAllLanguages().isPassedOver(word);
+    };
     return result;
 }
 
