@@ -27,6 +27,8 @@ enum class Aspect {
     Caption,
     Focus,
     Scroll,
+    Colour,
+    Mark,
     WindowState
 };
 
@@ -56,6 +58,10 @@ struct Font {
 
     friend bool operator==(const Font&, const Font&) = default;
 };
+
+// The background of a control by what it means; Normal is the view's own. Info: a value that can be typed.
+// Light3D: one that cannot be changed now. Refused: one that breaks a rule.
+enum class BackColor { Normal, Info, Light3D, Refused };
 
 // Virtual-key codes that the rules name.
 namespace key {
@@ -108,6 +114,8 @@ public:
     Observed<double> width{*this, Aspect::Geometry, 0};
     Observed<double> height{*this, Aspect::Geometry, 0};
     Observed<Font> font{*this, Aspect::Font, {}};
+    Observed<BackColor> backColor{*this, Aspect::Colour, BackColor::Normal};
+    Observed<bool> marked{*this, Aspect::Mark, false}; // its value stands out from the usual one
     Observed<std::string> tag{*this, Aspect::Help, {}};
     Observed<std::string> toolTip{*this, Aspect::Help, {}};
     int tabIndex = -1;     // -1: not in the tab order

@@ -32,12 +32,4 @@ void skippingMissingItems(Step&& step) {
     }
 }
 
-// The object, or ObjectNotSet naming what is missing.
-template<class Pointer>
-auto& required(const Pointer& object, std::string_view what) {
-    if (!object)
-        throw Error(errors::ObjectNotSet, "Object reference is not set: " + std::string(what));
-    return *object;
-}
-
 } // namespace genutil

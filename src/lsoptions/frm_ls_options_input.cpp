@@ -1,0 +1,217 @@
+#include "lsoptions/frm_ls_options.h"
+
+#include "lsoptions/ls_numbers.h"
+
+#include <cmath>
+
+// What the user does with the options, and what follows from it.
+namespace genutil {
+namespace {
+
+constexpr int scaleErrorEllipses = 7, autoRescale = 26, unitWeights = 3;
+
+} // namespace
+
+void frmLS_Options::connectControls() {
+    openHelpOnF1([this] { return programFolder; });
+    for (const LSOption& option : lsOptions()) {
+        Control* const control = controls_[std::size_t(option.number) - 1];
+        if (!control)
+            continue;
+        followMouse({control});
+        if (option.kind == LSControl::Box)
+            connectBox(option);
+        else if (option.kind == LSControl::Check)
+            on(checkOf(option.number).click, control->name() + "_Click", [this, &option] {
+                if (option.number == unitWeights)
+                    clickUnitWeights();
+                noteChoice(option.number);
+                if (option.number == scaleErrorEllipses)
+                    clickScaleErrorEllipses();
+            });
+        else
+            on(listOf(option.number).click, control->name() + "_Click",
+                [this, &option] { noteChoice(option.number); });
+    }
+    for (Label& label : dummyLabels)
+        followMouse({&label});
+    followMouse({&cmdOK, &cmdCancel, &cmdDefaults});
+}
+
+void frmLS_Options::connectBox(const LSOption& option) {
+    TextBox& box = boxOf(option.number);
+    on(box.gotFocus, box.name() + "_GotFocus", [this, &box] { enterBox(box); });
+    on(box.lostFocus, box.name() + "_LostFocus", [this, &option] { leaveBox(option); });
+}
+
+void frmLS_Options::connectButtons() {
+    cmdOK.helpContextId = 19004;
+    cmdCancel.helpContextId = 19006;
+    on(cmdOK.click, "cmdOK_Click", [this] {
+        if (dataChanged_)
+            saveByMode();
+        unload();
+    });
+    on(cmdCancel.click, "cmdCancel_Click", [this] { cancel(); });
+    on(cmdDefaults.click, "cmdDefaults_Click", [this] { GetDefaultData(LSOptPrefDefaults); });
+    // The window closes whatever the answer.
+    on(queryUnload, "Form_QueryUnload", [this](bool&, UnloadReason reason) {
+        if (reason == UnloadReason::CloseBox)
+            cancel();
+    });
+    on(unloaded, "Form_Unload", [this] { component().desktop().setPointer(Pointer::Default); });
+}
+
+void frmLS_Options::enterBox(TextBox& box) {
+    entryText_ = box.text;
+    component().genProcs().SelectAllText(box);
+}
+
+std::string frmLS_Options::formatted(const LSOption& option, double value) {
+    DisplayFormats& formats = component().dispFormats();
+    const auto format = [&] {
+        switch (option.format) {
+        case LSFormat::Seconds:
+            return formats.SecondsFormat();
+        case LSFormat::PPM:
+            return formats.PPMFormat();
+        case LSFormat::ConstraintFactor:
+            return formats.ConstraintFactorFormat();
+        case LSFormat::Convergence:
+            return formats.ConvergenceFormat();
+        case LSFormat::Tolerance:
+            return formats.ToleranceFormat();
+        default:
+            return formats.DistanceFormat();
+        }
+    };
+    return component().strUtil().FormatValue(Value(value), format(), "");
+}
+
+void frmLS_Options::leaveBox(const LSOption& option) {
+    TextBox& box = boxOf(option.number);
+    const bool isLimit = option.check == LSCheck::LimitNotZero;
+    // An emptied limit stays empty, and is refused.
+    if (!isLimit || box.text.get().find_first_not_of(' ') != std::string::npos) {
+        const double value = lsValueOf(box.text.get());
+        box.text = formatted(option, isLimit ? std::fabs(value) : value);
+    }
+    const bool isZero = lsValueOf(box.text.get()) == 0;
+    if (option.check == LSCheck::NotBothZero) {
+        if (isZero && lsValueOf(boxOf(option.pairedWith).text.get()) == 0)
+            return refuse(box, "Constant and PPM cannot be both zero!");
+    } else if (option.check != LSCheck::Nothing && isZero) {
+        return refuse(box, "Cannot be zero!");
+    }
+    accept(box);
+    if (option.check == LSCheck::NotBothZero)
+        accept(boxOf(option.pairedWith));
+    noteChange(box);
+    showMark(option);
+}
+
+// A box that was refused looks like the others again.
+void frmLS_Options::accept(TextBox& box) {
+    if (box.backColor == BackColor::Refused)
+        box.backColor = box.locked || !box.enabled ? BackColor::Light3D : BackColor::Info;
+}
+
+void frmLS_Options::refuse(TextBox& box, const std::string& message) {
+    box.backColor = BackColor::Refused;
+    component().desktop().ask({.text = message, .icon = Icon::Information});
+    if (setupDone_)
+        box.setFocus();
+}
+
+void frmLS_Options::noteChange(const TextBox& box) {
+    if (setupDone_ && box.text.get() != entryText_)
+        dataChanged_ = true;
+}
+
+std::int32_t frmLS_Options::stateOf(int option) {
+    return lsOption(option).kind == LSControl::Check ? std::int32_t(checkOf(option).ticked.get())
+                                                     : listOf(option).listIndex.get();
+}
+
+void frmLS_Options::noteChoice(int option) {
+    if (setupDone_ && stateOf(option) != initialState_[option])
+        dataChanged_ = true;
+    showMark(lsOption(option));
+}
+
+// What the option's control shows for its default value; boxes as formatted texts, the others as states.
+bool frmLS_Options::differsFromDefault(const LSOption& option) {
+    if (!LSOptPrefDefaults || !setupDone_)
+        return false;
+    const Value usual = memberOf(*LSOptPrefDefaults, option);
+    switch (option.kind) {
+    case LSControl::Box:
+        return lsValueOf(boxOf(option.number).text.get()) != lsValueOf(formatted(option, usual.toDouble()));
+    case LSControl::Check:
+        return checkOf(option.number).ticked != usual.toBool();
+    default: {
+        const ComboBox& list = listOf(option.number);
+        return list.listIndex != SetComboIndex(usual, usual, list, option.kind == LSControl::CodeList);
+    }
+    }
+}
+
+void frmLS_Options::showMark(const LSOption& option) {
+    controls_[std::size_t(option.number) - 1]->marked = differsFromDefault(option);
+}
+
+void frmLS_Options::showMarks() {
+    for (const LSOption& option : lsOptions())
+        if (option.kind != LSControl::PointSave)
+            showMark(option);
+}
+
+void frmLS_Options::clickScaleErrorEllipses() {
+    CheckBox& rescale = checkOf(autoRescale);
+    rescale.enabled = checkOf(scaleErrorEllipses).ticked.get();
+    if (!rescale.enabled)
+        rescale.ticked = false;
+}
+
+// Boxes that are greyed out or hidden are left alone.
+void frmLS_Options::clickUnitWeights() {
+    const bool applied = checkOf(unitWeights).ticked;
+    for (TextBox& box : boxes)
+        if (box.enabled && box.tag.get().find(deviationTag) != std::string::npos) {
+            box.locked = applied;
+            box.backColor = applied ? BackColor::Light3D : BackColor::Info;
+        }
+}
+
+void frmLS_Options::saveByMode() {
+    switch (LSOptionsMode) {
+    case 1:
+        SaveDefaultData();
+        break;
+    case 2:
+        if (page() >= 0)
+            SaveDataPage(page());
+        break;
+    case 3:
+        SaveHeaderData();
+        break;
+    case 4:
+        SaveHeaderData();
+        SaveDefaultData();
+        break;
+    default:
+        break;
+    }
+}
+
+void frmLS_Options::cancel() {
+    if (dataChanged_ && component().desktop().ask({.text = "Cancelling will abandon changes - Are you sure ?",
+                            .icon = Icon::Question,
+                            .buttons = Buttons::YesNo,
+                            .defaultAnswer = Answer::No}) != Answer::Yes)
+        return;
+    dataChanged_ = false;
+    unload();
+}
+
+} // namespace genutil

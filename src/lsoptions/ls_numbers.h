@@ -1,0 +1,21 @@
+#pragma once
+
+#include "lsoptions/ls_option_table.h"
+
+#include <string>
+#include <string_view>
+
+// Numbers as the option dialogs read and write them.
+namespace genutil {
+
+// The leading number of a text, blanks ignored, 0 without one. A point is the decimal separator whatever the
+// locale, and so is the locale's own: what was formatted in the locale reads as what it shows.
+double lsValueOf(std::string_view text);
+
+// The number that the text is as a whole. TypeMismatch, naming the option and the text, for any other text.
+double lsNumberIn(const LSOption& option, const std::string& text);
+
+// What the option does, with its unit.
+std::string lsToolTip(const LSOption& option);
+
+} // namespace genutil
