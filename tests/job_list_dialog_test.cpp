@@ -102,6 +102,7 @@ TEST_F(JobList, ChangesToTheJobOfTheRowWhateverTheOrder) {
             EXPECT_EQ(texts(grid, 27), (Texts{"-328716", "46343", "43890"}));
             EXPECT_EQ(grid.text(1, 4) + grid.text(1, 5), "one two threeGeographic");
             EXPECT_EQ(form.lblCount.caption.get(), "3 jobs");
+            EXPECT_EQ((std::array{form.left.get(), form.width.get()}), (std::array{768.0, 13824.0}));
             EXPECT_FALSE(form.cmdChangeJob.enabled) << "nothing has been chosen yet";
             clickHeader(grid, 2);
             EXPECT_EQ(texts(grid), (Texts{"dam.old", "Weir", "_x"})) << "descending, case left aside";
@@ -170,6 +171,7 @@ TEST_F(JobList, ListsTheCurrentJobFromTheHostAndNeverChangesToIt) {
         grid.userDoubleClick();
         EXPECT_TRUE(form.isLoaded()) << "answered No";
         clickHeader(grid, 0);
+        clickHeader(grid, 0);
         grid.userDoubleClick();
         EXPECT_EQ(desktop.messages.size(), 1u) << "the header is no job";
         form.cmdExit.userPress();
@@ -186,10 +188,12 @@ TEST_F(JobList, ListsTheCurrentJobFromTheHostAndNeverChangesToIt) {
 }
 
 TEST_F(JobList, CopiesTheSelectionAsText) {
+    makeJob("Weir.mdb", {{"Surveyor", "ann"}, {"Description", std::string(500, 'd')}});
     host.settings["JobListColumns"] = "Reference=*;Job=900;Surveyor=*;Create Date=*,hidden;Nothing=x";
     show([&](frmJobList& form) {
         Grid& grid = form.flxJobList;
         const auto copied = [&] { return desktop.clipboard().text(); };
+        EXPECT_EQ(grid.column(4).width, grid.width - 500) << "no wider than the grid";
         click(grid, 2, 0);
         form.ClipboardCopyCut();
         EXPECT_EQ(copied(), "Weir.mdb");
@@ -229,8 +233,12 @@ TEST_F(JobList, OpensTheRecordMenuOnAPlainRightPressOnly) {
         EXPECT_TRUE(form.mnuRecordCopy.enabled) << "its key copies one cell, too";
         grid.select({1, 0, 2, 1});
         press(1);
+        grid.setColumnWidth(27, 300);
+        press(1);
+        EXPECT_EQ(grid.column(27).width, 300);
         press(1, true);
-        EXPECT_EQ(menus, (Texts{"mnuRecordMenu", "mnuRecordMenu copies"}));
+        EXPECT_EQ(grid.column(27).width, 0) << "date keys stay out of sight";
+        EXPECT_EQ(menus, (Texts{"mnuRecordMenu", "mnuRecordMenu copies", "mnuRecordMenu copies"}));
     });
 }
 
@@ -248,10 +256,14 @@ TEST_F(JobList, ShowsTheJobsThatHoldEveryWord) {
             EXPECT_EQ(
                 form.lblCount.caption.get(), *words ? std::to_string(jobs.size()) + " of 3 jobs" : "3 jobs");
         }
+        click(grid, 1);
+        form.txtFilter.userEdit("weir");
+        EXPECT_EQ(form.thisJob->get(job::JobName), "Weir") << "another job stands in the current row";
         form.txtFilter.userEdit("gdb");
         clickHeader(grid, 0);
         EXPECT_EQ(texts(grid), (Texts{"dam.old.gdb", "_x.gdb"}));
         form.txtFilter.setFocus();
+        EXPECT_FALSE(form.userKey({.code = key::A, .ctrl = true})) << "selects the words";
         EXPECT_TRUE(form.userKey({.code = key::Escape}));
         EXPECT_TRUE(form.isLoaded() && grid.rowCount() == 4) << "Escape empties the filter first";
     });

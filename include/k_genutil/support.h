@@ -19,16 +19,19 @@ namespace k_genutil {
 /// UTF-8 text as units of 16 bits; every byte that is not part of valid UTF-8 becomes U+FFFD.
 inline std::u16string toUtf16(std::string_view text) {
     constexpr char32_t replacement = 0xFFFD;
-    std::u16string units;
+    // Most texts are ASCII as a whole.
+    const auto ascii =
+        std::ranges::find_if(text, [](char c) { return static_cast<unsigned char>(c) > 0x7F; });
+    std::u16string units(text.begin(), ascii);
     units.reserve(text.size());
-    for (std::size_t i = 0; i < text.size();) {
+    for (std::size_t i = units.size(); i < text.size();) {
         const auto lead = static_cast<unsigned char>(text[i++]);
-        const int more = lead < 0x80         ? 0
-                         : lead >> 5 == 0x6  ? 1
-                         : lead >> 4 == 0xE  ? 2
-                         : lead >> 3 == 0x1E ? 3
-                                             : -1;
-        char32_t code = more < 0 ? replacement : more == 0 ? lead : lead & (0x3Fu >> more);
+        if (lead < 0x80) {
+            units += static_cast<char16_t>(lead);
+            continue;
+        }
+        const int more = lead >> 5 == 0x6 ? 1 : lead >> 4 == 0xE ? 2 : lead >> 3 == 0x1E ? 3 : 0;
+        char32_t code = more == 0 ? replacement : lead & (0x3Fu >> more);
         std::size_t next = i;
         for (int k = 0; k < more; ++k, ++next) {
             const auto byte = next < text.size() ? static_cast<unsigned char>(text[next]) : 0u;
@@ -39,7 +42,7 @@ inline std::u16string toUtf16(std::string_view text) {
             code = code << 6 | (byte & 0x3F);
         }
         constexpr char32_t smallest[] = {0, 0x80, 0x800, 0x10000};
-        if (code > 0x10FFFF || code >> 11 == 0x1B || (more > 0 && code < smallest[more]))
+        if (code > 0x10FFFF || code >> 11 == 0x1B || code < smallest[more])
             code = replacement;
         else if (more > 0)
             i = next;
@@ -55,9 +58,12 @@ inline std::u16string toUtf16(std::string_view text) {
 
 /// The UTF-8 of `length` units; a surrogate without its partner becomes U+FFFD.
 inline std::string toUtf8(const OLECHAR* units, std::size_t length) {
-    std::string text;
+    const auto ascii =
+        std::find_if(units, units + length, [](OLECHAR unit) { return static_cast<char16_t>(unit) > 0x7F; });
+    std::string text(static_cast<std::size_t>(ascii - units), '\0');
+    std::transform(units, ascii, text.begin(), [](OLECHAR unit) { return static_cast<char>(unit); });
     text.reserve(length);
-    for (std::size_t i = 0; i < length; ++i) {
+    for (std::size_t i = text.size(); i < length; ++i) {
         char32_t code = static_cast<char16_t>(units[i]);
         if (code >> 11 == 0x1B) {
             const char32_t next = i + 1 < length ? static_cast<char16_t>(units[i + 1]) : 0;

@@ -47,7 +47,7 @@ public:
         Alignment alignment = Alignment::Left;
         double width = 0; // twips, of the text alone
         bool hidden = false;
-        bool sizedByUser = false; // texts do not widen it any more
+        bool sizedByUser = false; // and so to be kept
     };
 
     // Titles joined by "|", each led by its alignment: "<" left, "^" centred, ">" right. A column whose title

@@ -2,6 +2,7 @@
 
 #include "joblist/job_cells.h"
 #include "joblist/job_names.h"
+#include "joblist/text_widths.h"
 
 #include <algorithm>
 
@@ -49,8 +50,7 @@ frmJobList::frmJobList(Component& owner)
       lblFilter(*this, "lblFilter", "&Filter:"), txtFilter(*this, "txtFilter"),
       cmdClearFilter(*this, "cmdClearFilter", "Clear"), lblCount(*this, "lblCount", ""),
       pnlReading(*this, "pnlReading"), lblReading(*this, "lblReading", ""), gauReading(*this, "gauReading"),
-      cmdStopReading(*this, "cmdStopReading", "&Stop"), discovery_(owner, table),
-      widths_(owner.desktop(), font) {
+      cmdStopReading(*this, "cmdStopReading", "&Stop"), discovery_(owner, table) {
     width = designWidth;
     height = designHeight;
     cmdExit.width = 1500;
@@ -212,8 +212,8 @@ std::string frmJobList::ColumnItem(
                     column == jobcolumn::CoordSystem ? coordSystemText(stored) : limitedText(stored, limit);
             }
             const Grid::Column& shownIn = flxJobList.column(column - 1);
-            const double wanted =
-                shownIn.sizedByUser ? 0 : widths_.of(shown, std::max(shownIn.width, flxJobList.width.get()));
+            const double wanted = textWidthUpTo(
+                component().desktop(), font, shown, std::max(shownIn.width, flxJobList.width.get()));
             if (wanted > shownIn.width)
                 flxJobList.setColumnWidth(
                     column - 1, wanted > flxJobList.width ? flxJobList.width - columnMargin : wanted);

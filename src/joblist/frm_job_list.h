@@ -5,7 +5,6 @@
 #include "hostif/grid.h"
 #include "joblist/job_discovery.h"
 #include "joblist/job_table.h"
-#include "joblist/text_widths.h"
 
 #include <chrono>
 #include <cstdint>
@@ -105,7 +104,6 @@ private:
     std::int32_t dateColumn() const { return std::int32_t(jobColumnCount); }
 
     JobDiscovery discovery_;
-    TextWidths widths_;
     bool sortAscending_ = true;   // of the last sort by a header
     std::int32_t clickedRow_ = 0; // of the last press; 0: on the header
     double dateColumnWidth_ = 0;  // as set up

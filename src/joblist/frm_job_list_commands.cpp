@@ -3,6 +3,7 @@
 #include "joblist/job_cells.h"
 #include "joblist/job_names.h"
 #include "joblist/job_text.h"
+#include "joblist/text_widths.h"
 
 #include <algorithm>
 #include <utility>
@@ -230,7 +231,8 @@ void frmJobList::showCount() {
 void frmJobList::fitColumn(std::int32_t column) {
     double widest = component().desktop().textWidth(font, flxJobList.text(0, column));
     for (std::int32_t row = 1; row < flxJobList.rowCount(); ++row)
-        widest = std::max(widest, widths_.of(flxJobList.text(row, column), flxJobList.width));
+        widest = std::max(widest,
+            textWidthUpTo(component().desktop(), font, flxJobList.text(row, column), flxJobList.width));
     flxJobList.setColumnWidth(column, std::min(widest, flxJobList.width.get()));
 }
 

@@ -53,7 +53,7 @@ void addRecord(const sqlite::Connection& database, const NewTable& table, const 
 }
 
 void makeTables(const std::string& emptyFile, std::span<const NewTable> tables) {
-    const sqlite::Connection database(emptyFile, false, false);
+    const sqlite::Connection database(emptyFile, false, sqlite::Access::ReadWrite);
     const auto run = [&](const std::string& sql) { sqlite::Statement(database, sql).next(); };
     run("PRAGMA page_size = " + std::to_string(pageSize));
     // Nobody else sees the file yet, and it is flushed as a whole: no journal has to stand beside it.

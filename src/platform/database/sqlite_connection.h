@@ -25,8 +25,6 @@ class Connection {
 public:
     // Throws as statements do.
     Connection(const std::string& path, bool exclusive, Access access);
-    Connection(const std::string& path, bool exclusive, bool readOnly)
-        : Connection(path, exclusive, readOnly ? Access::Read : Access::ReadWrite) {}
 
     const std::string& path() const { return path_; }
     bool isReadOnly() const { return access_ != Access::ReadWrite; }

@@ -3,7 +3,20 @@
 #include "hostif/error.h"
 #include "platform/database/same_name.h"
 
+#include <algorithm>
+
 namespace genutil::sqlite {
+namespace {
+
+// By the rules of the database for the declared types of columns.
+bool isNumberType(std::string type) {
+    std::ranges::transform(
+        type, type.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
+    const auto has = [&](const char* part) { return type.find(part) != type.npos; };
+    return has("INT") || !(type.empty() || has("CHAR") || has("CLOB") || has("TEXT") || has("BLOB"));
+}
+
+} // namespace
 
 RecordsetOfTable::RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table)
     : connection_(std::move(connection)), table_(quoted(table)),
@@ -123,13 +136,44 @@ std::string RecordsetOfTable::changeSql() const {
     return "UPDATE " + table_ + " SET " + names + " WHERE rowid = ?";
 }
 
+// What the database itself would not make a number of.
+Value RecordsetOfTable::stored(std::size_t field, const Value& value) {
+    const std::string& point = numberLocale().decimalPoint;
+    if (!value.isText() || point == ".")
+        return value;
+    const std::string text = value.toText();
+    if (text.find(point) == text.npos || !isNumeric(field))
+        return value;
+    try {
+        return value.toDouble();
+    } catch (const Error&) {
+        return value;
+    }
+}
+
+// Columns of texts and those without a type, which keep what they are given, are not numeric.
+bool RecordsetOfTable::isNumeric(std::size_t field) {
+    if (numeric_.empty()) {
+        numeric_.resize(fields_.size());
+        Statement columns(*connection_, "PRAGMA table_xinfo(" + table_ + ")");
+        while (columns.next()) {
+            const std::string name = columns.value(1)->toText();
+            const std::string type = columns.value(2)->toText();
+            for (std::size_t i = 0; i < fields_.size(); ++i)
+                if (isSameName(fields_[i], name))
+                    numeric_[i] = isNumberType(type);
+        }
+    }
+    return numeric_[field];
+}
+
 void RecordsetOfTable::Update() {
     needChange();
     if (change_ == Change::Add || !changed_.empty()) {
         Statement statement(*connection_, changeSql());
         int parameter = 0;
         for (const auto& [index, value] : changed_)
-            statement.bind(parameter++, value);
+            statement.bind(parameter++, stored(index, value));
         if (change_ == Change::Edit)
             statement.bind(parameter, rows_[current_]);
         statement.next();

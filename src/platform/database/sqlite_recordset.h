@@ -13,6 +13,8 @@ namespace genutil::sqlite {
 
 // The records that the table had when it was opened, in stored order, and those added since at the end. Each
 // is read when it becomes the current one. Changes are kept until Update writes them; moving gives them up.
+// A text that is a number in the notation of the user's locale becomes that number in a column of numbers, as
+// one with a decimal point does whatever the locale; any other text stays one.
 // Edit, AddNew and Update throw ReadOnlyDatabase where the database was opened so; setField and Update
 // without Edit or AddNew before throw InvalidCall.
 class RecordsetOfTable : public Recordset {
@@ -40,11 +42,14 @@ private:
     const std::vector<std::optional<Value>>& currentRecord();
     std::size_t fieldIndex(std::string_view name) const;
     std::string changeSql() const;
+    Value stored(std::size_t field, const Value& value);
+    bool isNumeric(std::size_t field);
 
     std::shared_ptr<Connection> connection_;
     std::string table_; // quoted
     Statement rowOfNumber_;
     std::vector<std::string> fields_;
+    std::vector<bool> numeric_;      // by field; no values: not known yet
     std::vector<std::int64_t> rows_; // their numbers in the table
     std::size_t current_ = 0;
     std::vector<std::optional<Value>> record_; // the current one; no values: not read yet
