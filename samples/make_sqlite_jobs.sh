@@ -41,6 +41,17 @@ details() { # COLUMN VALUE ...
     echo "UPDATE JobDetails SET $set;"
 }
 
+# Options for the adjustment of the job's network; what is not said here is not set, and taken from the preferences.
+header() { # COLUMN VALUE ...
+    local columns= values=
+    while [ $# -gt 0 ]; do
+        columns+="${columns:+, }$1"
+        values+="${values:+, }$2"
+        shift 2
+    done
+    echo "INSERT INTO DataHeader ($columns) VALUES ($values);"
+}
+
 # A loop of twelve stations round a quarry, and what was measured from each of them.
 traverse() {
     awk 'BEGIN {
@@ -103,6 +114,15 @@ islands() {
         Reference "'HC-118'" CoordType 1 Projection "'Transverse Mercator'" Zone 55 NValue 12.84613 DatumV "'AHD'" \
         EarthRadius 6378137 ApplyGeoid 1 InterpMethod "'Bilinear'" GridFile "'harrow.grd'" Spheroid "'GRS80'" \
         DatumH "'GDA2020'" DeflectionNS -4.25 DeflectionEW 3.5 ApproxLat -38 TransType "'7 Parameter'"
+    header ProvPtTolH 5 ProvPtTolV 5 UnitWts 0 CSD 0 Dump 0 SP1 1 ScaleEE 1 ConvLimitH 0.0002 ConvLimitV 0.0005 \
+        AngleSD 3 AngleCentr 0.001 DisConst 0.002 DisPPM 2 HtDiffSD 0.004 Iterations 15 AzimuthSD 5 AzimuthCent 0.001 \
+        DirectionSD 2 DirectionCent 0.001 SlopeDisPPM 2 SlopeDisConst 0.002 ZenAngSD 4 CoordsSD 0.008 VectorsSD 0.006 \
+        SDConstrFactor 1000 AutoRescale 0 RelaxObsInErr 0 Corrections "'2'" ConfLevelChiSquared 950 \
+        ConfLevelEllipses 950 ConfLevelMDE "'9980'" ConfLevelOutliers 999 HorDistCent 0.001 SlopeDistCentH 0.001 \
+        HtDiffCent 0.002 ZenAngleCentH 0.001 CoordsCentH 0 CoordsCentV 0 VectorsCentH 0 AngleTgtCentr 0.002 \
+        AzimuthTgtCent 0.002 DirectionTgtCent 0.002 HorDistTgtCent 0.002 SlopeDistCentV 0.002 HtDiffTgtCent 0.002 \
+        ZenAngleCentV 0.002 VectorsCentV 0 OutlierTest 1 SaveDBPoints 1 SaveDBPtsFixed 0 SavePtEntry 1 \
+        SavePtEntryFixed 0 SavePtEntryOpt 0
     grid
 } | new_job "Harrow Creek.gdb"
 {

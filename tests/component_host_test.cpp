@@ -261,7 +261,7 @@ TEST(HostDatabase, IsReachedThroughItsCollections) {
     EXPECT_EQ(recordset->field("Zone"), Value(std::int16_t{56}));
     EXPECT_EQ(errorOf([&] { recordset->field("Datum"); }).number(), errors::ItemNotFound);
     EXPECT_EQ(errorOf([&] { recordset->Edit(); }).description(), "read-only");
-    EXPECT_FALSE(databaseOf(nullptr) || recordsetOf(nullptr));
+    EXPECT_FALSE(databaseOf(nullptr) || recordsetOf(nullptr, "none"));
 }
 
 } // namespace

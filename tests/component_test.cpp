@@ -259,11 +259,11 @@ TEST_F(PublicObjects, ReportFailuresWithTheirQualifiedNameByEitherBinding) {
             "(Class Module) cJobListLoader::Function LoadJobListForm"},
         {classes::cDefaultsLoader, tables::dispatchTable<_cDefaultsLoader>, 31000,
             "(Class Module) cDefaultsLoader::Function LoadDefaultsForm"},
-        {classes::cLS_OptsLoader, tables::dispatchTable<_cLS_OptsLoader>, 31000,
+        {classes::cLS_OptsLoader, tables::dispatchTable<_cLS_OptsLoader>, 91,
             "(Class Module) cLS_OptsLoader::Sub LoadLSOptionsForm"},
         {classes::cDisplayLoader, tables::dispatchTable<_cDisplayLoader>, 31000,
             "(Class Module) cDisplayLoader::LoadDisplaySettingsForm"},
-        {classes::cLS_SaveOptsLoader, tables::dispatchTable<_cLS_SaveOptsLoader>, 31000,
+        {classes::cLS_SaveOptsLoader, tables::dispatchTable<_cLS_SaveOptsLoader>, 91,
             "(Class Module) cLS_SaveOptsLoader::Sub LoadLSSaveOptsForm"},
     };
     for (const auto& c : cases) {

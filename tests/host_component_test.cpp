@@ -1,4 +1,5 @@
 #include "host/component_access.h"
+#include "host/current_job.h"
 #include "host/gauge_demo.h"
 #include "host/job_schema.h"
 #include "host/main_window.h"
@@ -10,11 +11,16 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QLocale>
 #include <QProcess>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTextEdit>
@@ -245,6 +251,125 @@ TEST_F(HostWithComponent, TheJobThatIsChosenInTheListIsOpenAlsoAtTheNextStart) {
     EXPECT_EQ(without.windowTitle(), "Kestal");
     EXPECT_THAT(
         without.findChild<QTextEdit*>("txtJob")->toPlainText().toStdString(), HasSubstr("No job is open"));
+}
+
+// ---- least-squares options
+
+// What a key at the keyboard does; a decimal point is the one of the user's locale.
+void type(QWidget& window, const char* box, QString number) {
+    auto* edit = window.findChild<QLineEdit*>(box);
+    ASSERT_TRUE(edit) << box;
+    edit->setFocus();
+    edit->selectAll();
+    number.replace('.', QLocale::system().decimalPoint());
+    for (const QChar c : number) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, c);
+        QApplication::sendEvent(edit, &press);
+    }
+}
+template<class Button>
+void press(QWidget& window, const char* name) {
+    auto* button = window.findChild<Button*>(name);
+    ASSERT_TRUE(button) << name;
+    button->click();
+}
+
+std::string answerOf(const QString& job, const char* sql) {
+    QProcess program;
+    program.start("sqlite3", {job, sql});
+    EXPECT_TRUE(program.waitForFinished(10000));
+    return program.readAll().trimmed().toStdString();
+}
+
+TEST_F(HostWithComponent, LeastSquaresOptionsAreStoredWhereTheyWereEdited) {
+    createJob(file("options.gdb"));
+    ComponentAccess component(host_);
+    CurrentJob job;
+    job.open(path("options.gdb"));
+    const auto edit = [&](std::int16_t mode, std::int16_t dataMode, const char* seconds) {
+        const WindowVisitor visitor([&](QWidget& window) {
+            type(window, "txtSDAzimuth", seconds);
+            press<QCheckBox>(window, "chkMatrixDump");
+            emit window.findChild<QComboBox*>("cboChiSquared")->activated(5);
+            press<QPushButton>(window, "cmdOK");
+        });
+        EXPECT_TRUE(component.editLsOptions(mode, dataMode, job)) << "mode " << mode;
+        EXPECT_EQ(visitor.visited(), 1) << visitor.failure();
+    };
+    edit(ls_modes::JobAndSet, 0, "2.25");
+    edit(ls_modes::Page, 4, "3.5");
+    edit(ls_modes::Page, 4, "3.75");
+    EXPECT_EQ(
+        answerOf(path("options.gdb"),
+            "SELECT FileType, AzimuthSD, typeof(AzimuthSD), Dump <> 0, ConfLevelChiSquared, Iterations, "
+            "Corrections, ConvLimitH, VectorsCentV, SaveDBPoints FROM DataHeader"),
+        "|2.25|real|1|999.0|10|1|0.0005|0.0|\n1|3.75|real|0|999.0|10|1|0.0005|0.0|");
+    EXPECT_EQ(host_->lsOptions->text("AzimuthSD"), "10") << "a job's options are no preferences";
+
+    edit(ls_modes::Preferences, 0, "4.5");
+    Host later(host_->paths);
+    EXPECT_EQ(numberOf(later.lsOptions->value("AzimuthSD")), 4.5);
+    EXPECT_EQ(later.lsOptions->value("ConfLevelChiSquared").vt, VT_R4);
+    EXPECT_EQ(later.lsOptions->text("ConfLevelMDE"), "9980");
+    EXPECT_EQ(host_->lsOptionDefaults->text("AzimuthSD"), "10") << "the factory's defaults stay";
+    host_->takeLsOptions(host_->lsOptionDefaults.get());
+}
+
+TEST_F(HostWithComponent, PointSaveOptionsGoToTheJobOrElseToThePreferences) {
+    createJob(file("points.gdb"));
+    ComponentAccess component(host_);
+    CurrentJob job;
+    for (const char* name : {"", "points.gdb"}) {
+        if (*name)
+            job.open(path(name));
+        const WindowVisitor visitor([](QWidget& window) {
+            press<QCheckBox>(window, "chkPtEntry");
+            press<QRadioButton>(window, "optPointEntry2");
+            press<QPushButton>(window, "cmdOK");
+        });
+        EXPECT_TRUE(component.editPointSave(job));
+        EXPECT_EQ(int16Of(host_->lsOptions->value("SavePtEntryOpt")), 2);
+    }
+    EXPECT_EQ(answerOf(path("points.gdb"), "SELECT SaveDBPoints <> 0, SavePtEntry <> 0, SavePtEntryFixed, "
+                                           "SavePtEntryOpt, AzimuthSD FROM DataHeader"),
+        "1|1|0|2|");
+    host_->takeLsOptions(host_->lsOptionDefaults.get());
+}
+
+TEST_F(HostWithComponent, OptionsThatCannotBeStoredStayOnTheScreen) {
+    createJob(file("locked.gdb"));
+    CurrentJob job;
+    job.open(path("locked.gdb"));
+    QProcess other;
+    other.start("sqlite3", {path("locked.gdb")});
+    other.write("BEGIN IMMEDIATE; SELECT 'locked';\n");
+    ASSERT_TRUE(other.waitForReadyRead(10000));
+    ComponentAccess component(host_);
+    bool stays = false;
+    const WindowVisitor visitor([&](QWidget& window) {
+        type(window, "txtSDAzimuth", "7");
+        press<QPushButton>(window, "cmdOK");
+        stays = window.isVisible();
+        other.closeWriteChannel();
+        other.waitForFinished(10000);
+        press<QPushButton>(window, "cmdOK");
+    });
+    EXPECT_TRUE(component.editLsOptions(ls_modes::JobAndSet, 0, job));
+    EXPECT_TRUE(stays) << visitor.failure();
+    EXPECT_EQ(answerOf(path("locked.gdb"), "SELECT AzimuthSD FROM DataHeader"), "7.0");
+}
+
+TEST_F(HostWithComponent, OptionsAreStoredAsNumbersWhereTheDecimalSeparatorIsAComma) {
+    if (QLocale::system().decimalPoint() == ",")
+        return; // this is that run
+    QProcess again;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LC_ALL", "de_DE.UTF-8");
+    again.setProcessEnvironment(environment);
+    again.setProcessChannelMode(QProcess::MergedChannels);
+    again.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=*Options*"});
+    ASSERT_TRUE(again.waitForFinished(60000));
+    EXPECT_EQ(again.exitCode(), 0) << again.readAll().toStdString();
 }
 
 TEST_F(HostWithComponent, TheProgramAnswersWithItsExitCodes) {

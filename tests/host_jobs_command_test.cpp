@@ -92,6 +92,17 @@ TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
         {"\"$kestal\" new-job new.gdb && \"$kestal\" jobs . | grep -q ^new.gdb", 0, ""},
         {"\"$kestal\" new-job \"$1/A.mdb\"", 1, "A.mdb' exists already"},
         {"\"$kestal\" job-list", 1, "no screen"},
+        {"\"$kestal\" ls-options", 1, "no screen"},
+        {"test $(\"$kestal\" ls-options --dump | wc -l) = 53", 0, ""},
+        {"LC_ALL=de_DE.UTF-8 \"$kestal\" ls-options --dump | grep -Exq 'DisConst +0.005 +m'", 0, ""},
+        {"sqlite3 \"$1/A.mdb\" 'INSERT INTO DataHeader (AngleSD, Dump) VALUES (2.5, 1)' && "
+         "\"$kestal\" ls-options --dump --job \"$1/A.mdb\" >own && grep -Exq 'AngleSD +2.5 +seconds' own && "
+         "grep -Exq 'Dump +True' own && grep -Exq 'CSD +False +.preference.' own",
+            0, ""},
+        {"sqlite3 \"$1/A.mdb\" 'DROP TABLE DataHeader'; \"$kestal\" ls-options --dump --job \"$1/A.mdb\"", 1,
+            "A.mdb' has no table 'DataHeader'"},
+        {"\"$kestal\" ls-options --dump --job nowhere.gdb", 1, "nowhere.gdb"},
+        {"\"$kestal\" ls-options --dump --mode 1", 2, "neither --mode nor --page"},
     };
     for (const Case& each : cases) {
         const Outcome result = run(each.shell);

@@ -3,9 +3,11 @@
 #include "host/job_panel.h"
 #include "host/job_schema.h"
 #include "host/late_bound.h"
+#include "host/ls_option_set.h"
 #include "host/main_form_object.h"
 #include "host/reading_problem.h"
 #include "host/services.h"
+#include "host/settings_file.h"
 #include "hostif/error.h"
 #include "platform/database/database_engine.h"
 
@@ -48,11 +50,6 @@ Variant text(const std::string& utf8) {
     return Variant(std::string_view(utf8));
 }
 
-Variant fieldOf(const LateBound& recordset, const char* name) {
-    const Variant field = recordset.child("Fields").call("Item", {Variant(name)});
-    return LateBound(objectOf(field)).get("Value");
-}
-
 // The error number of a late-bound act, or 0.
 template<class Act>
 int errorOf(Act act) {
@@ -74,7 +71,7 @@ TEST_F(HostJobs, ADatabaseIsReadAndWrittenByMemberNames) {
     std::string names;
     for (int i = 0; i < count; ++i)
         names += textOf(LateBound(objectOf(tables.call("Item", {Variant(i)}))).get("Name")) + " ";
-    EXPECT_EQ(names, "JobDetails AlphaIds Points Heights ");
+    EXPECT_EQ(names, "JobDetails AlphaIds Points Heights DataHeader ");
 
     const LateBound points(objectOf(database.call("OpenRecordset", {Variant("points")})));
     EXPECT_TRUE(truthOf(points.get("EOF")));
@@ -86,8 +83,8 @@ TEST_F(HostJobs, ADatabaseIsReadAndWrittenByMemberNames) {
     points.call("Update", {});
     points.call("MoveFirst", {});
     for (const auto& [name, value] : values)
-        EXPECT_TRUE(sameValue(fieldOf(points, name), value)) << name;
-    EXPECT_EQ(fieldOf(points, "Y").vt, VT_NULL);
+        EXPECT_TRUE(sameValue(fieldOf(points.object(), name), value)) << name;
+    EXPECT_EQ(fieldOf(points.object(), "Y").vt, VT_NULL);
     EXPECT_EQ(int32Of(LateBound(objectOf(tables.call("Item", {Variant("POINTS")}))).get("RecordCount")), 1);
 }
 
@@ -101,12 +98,12 @@ TEST_F(HostJobs, ErrorsOfTheEngineKeepTheirNumbers) {
     const std::pair<int, std::function<void()>> cases[] = {
         {3078, [&] { database.call("OpenRecordset", {Variant("Nothing")}); }},
         {3265, [&] { tables.call("Item", {Variant("Nothing")}); }},
-        {3265, [&] { tables.call("Item", {Variant(4)}); }},
+        {3265, [&] { tables.call("Item", {Variant(5)}); }},
         {3265, [&] { tables.call("Item", {Variant(-1)}); }},
         {3265, [&] { tables.call("Item", {Variant(100000)}); }},
-        {3265, [&] { fieldOf(details, "CreatedBy"); }},
+        {3265, [&] { fieldOf(details.object(), "CreatedBy"); }},
         {3265, [&] { points.child("Fields").call("Item", {Variant("Nothing")}); }},
-        {3021, [&] { fieldOf(points, "Code"); }},
+        {3021, [&] { fieldOf(points.object(), "Code"); }},
         {3021, [&] { points.call("MoveNext", {}); }},
         {3027, [&] { details.call("Edit", {}); }},
     };
@@ -188,6 +185,36 @@ TEST_F(HostJobs, ANewJobNeverTakesThePlaceOfAnotherFile) {
     EXPECT_EQ(QDir(path("")).entryList(QDir::Files | QDir::Hidden | QDir::System).join(' ').toStdString(),
         "a.gdb link.gdb")
         << "a failure leaves nothing behind";
+}
+
+TEST_F(HostJobs, LeastSquaresOptionsKeepTheirTypesAndOutliveTheSession) {
+    const auto options = makeLsOptionSet();
+    const std::map<VARTYPE, char> letters{
+        {VT_R8, 'd'}, {VT_R4, 'f'}, {VT_BOOL, 'b'}, {VT_I2, 's'}, {VT_I4, 'l'}, {VT_BSTR, 't'}};
+    const std::pair<const char*, Variant> changes[] = {{"DisConst", Variant(0.0071)},
+        {"Corrections", Variant(2)}, {"ConfLevelOutliers", Variant(997)}, {"Dump", Variant(1)},
+        {"SDConstrFactor", Variant("500")}, {"SavePtEntryOpt", Variant(-1)}};
+    for (const auto& [name, value] : changes)
+        LateBound(options.get()).put(name, value);
+    std::string types;
+    for (const auto& field : options->fields())
+        types += letters.at(options->value(field.name).vt);
+    EXPECT_EQ(types, "ddbbbbbdddddddsdddddddddlbbtfltfdddddddddddddddsbbbbs");
+    EXPECT_THROW(options->set("ConfLevelOutliers", Variant(1e39)), ConversionError);
+
+    writeLsOptionSet(*options.get(), file("kestal.ini"));
+    const auto again = makeLsOptionSet();
+    EXPECT_TRUE(readLsOptionSet(*again.get(), file("kestal.ini")).isEmpty());
+    for (const auto& field : options->fields())
+        EXPECT_TRUE(sameValue(again->value(field.name), options->value(field.name))) << field.name;
+
+    writeSetting(file("kestal.ini"), "LeastSquares", "Iterations", "many");
+    writeSetting(file("kestal.ini"), "LeastSquares", "ConfLevelChiSquared", "1e39");
+    const auto repaired = makeLsOptionSet();
+    const QString faults = readLsOptionSet(*repaired.get(), file("kestal.ini")).join('\n');
+    EXPECT_THAT(faults.toStdString(), AllOf(HasSubstr("Iterations"), HasSubstr("ConfLevelChiSquared")));
+    EXPECT_EQ(int16Of(repaired->value("Iterations")), 10);
+    EXPECT_EQ(numberOf(repaired->value("DisConst")), 0.0071) << "the others are used";
 }
 
 TEST(ReadingProblems, TellFileAndReasonOfAReport) {

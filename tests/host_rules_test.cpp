@@ -63,6 +63,7 @@ TEST(TextRules, NumbersAreFormattedByTheirDecimalDigits) {
     };
     for (const Case& each : cases)
         EXPECT_EQ(formatNumber(each.value, each.format), each.text) << each.value << " as " << each.format;
+    EXPECT_EQ(formatNumber(-1234567.25, "#,##0.0##", {",", "."}), "-1.234.567,25");
     for (const char* format : {"", "abc", "0.0.0", "0#x#"})
         EXPECT_THROW(formatNumber(1, format), AutomationError) << format;
     EXPECT_THROW(formatNumber(INFINITY, "0"), AutomationError);

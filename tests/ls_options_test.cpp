@@ -117,6 +117,17 @@ TEST_F(LSDialog, RefusesWhatTheOptionDoesNotAllow) {
     });
 }
 
+TEST_F(LSDialog, ComplainsOfTheBoxThatIsLeftAndNotOfTheNext) {
+    show(1, [&](frmLS_Options& form) {
+        form.boxOf(18).text = "0";
+        form.boxOf(16).setFocus();
+        form.boxOf(16).userEdit("0");
+        form.boxOf(18).setFocus();
+        EXPECT_EQ(messages(), Texts{"Cannot be zero!"});
+        EXPECT_EQ(form.activeControl(), &form.boxOf(16));
+    });
+}
+
 TEST_F(LSDialog, LocksWhatUnitWeightsMakeIdleAndGreysWhatTheModeHasNot) {
     for (const std::int16_t mode : {std::int16_t{1}, std::int16_t{3}}) {
         table->rows.clear();

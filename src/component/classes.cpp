@@ -7,6 +7,7 @@
 #include "frame/loader.h"
 #include "joblist/c_job_list_loader.h"
 #include "joblist/job_listing.h"
+#include "lsoptions/c_ls_opts_loader.h"
 #include "progress/c_progress.h"
 
 #include <algorithm>
@@ -150,7 +151,7 @@ public:
             if (*currentJob)
                 current = {recordOf(*currentJob, "currentJob"), recordOf(*jobDetails, "jobDetails"),
                     recordOf(*jobCfg, "jobCfg"), recordOf(*jobGeneral, "jobGeneral"), databaseOf(*jobDB),
-                    recordsetOf(*jobDetailsRset)};
+                    recordsetOf(*jobDetailsRset, "jobDetailsRset")};
             const bool chosen =
                 core_.LoadJobListForm(recordOf(*jobSelected, "jobSelected"), recordOf(*IHelp, "IHelp"),
                     recordOf(*prog, "prog"), current, recordOf(*mainForm, "mainForm"), truth(showExt));
@@ -197,13 +198,48 @@ public:
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
 
-class LS_OptsObject final : public PendingObject<k_genutil::_cLS_OptsLoader> {
+// An optional object argument: Nothing where it is omitted.
+IDispatch* optional(IDispatch** argument) {
+    return argument ? *argument : nullptr;
+}
+
+// What both dialogs of least-squares options take in and hand back.
+class LSArguments {
 public:
-    using PendingObject::PendingObject;
+    LSArguments(VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref)
+        : savedPlace_(optionsSaved), optionsPlace_(LSOptPref), saved(truth(optionsSaved)),
+          options(recordOf(*LSOptPref, "LSOptPref")) {}
+
+    void handBack() const {
+        *savedPlace_ = saved ? VARIANT_TRUE : VARIANT_FALSE;
+        assignObject(optionsPlace_, objectOf(options.get()));
+    }
+
+private:
+    VARIANT_BOOL* savedPlace_;
+    IDispatch** optionsPlace_;
+
+public:
+    bool saved;
+    RecordPtr options;
+};
+
+class LS_OptsObject final : public PublicObject<k_genutil::_cLS_OptsLoader, cLS_OptsLoader> {
+public:
+    using PublicObject::PublicObject;
     HRESULT STDMETHODCALLTYPE LoadLSOptionsForm(VARIANT_BOOL* instantHelp, short* optionsMode,
-        VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref, IDispatch** prog, IDispatch**, IDispatch**,
-        short*) override {
-        return allGiven(instantHelp, optionsMode, optionsSaved, LSOptPref, prog) ? refuse() : noPlace();
+        VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref, IDispatch** prog, IDispatch** dataHeaderTable,
+        IDispatch** LSOptPrefDefaults, short* dataNumMode) override {
+        if (!allGiven(instantHelp, optionsMode, optionsSaved, LSOptPref, prog))
+            return noPlace();
+        return perform([&] {
+            LSArguments arguments(optionsSaved, LSOptPref);
+            core_.LoadLSOptionsForm(truth(instantHelp), *optionsMode, arguments.saved, arguments.options,
+                recordOf(*prog, "prog"), recordsetOf(optional(dataHeaderTable), "dataHeaderTable"),
+                recordOf(optional(LSOptPrefDefaults), "LSOptPrefDefaults"),
+                dataNumMode ? *dataNumMode : short{0});
+            arguments.handBack();
+        });
     }
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
@@ -220,13 +256,21 @@ public:
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
 
-class LS_SaveOptsObject final : public PendingObject<k_genutil::_cLS_SaveOptsLoader> {
+class LS_SaveOptsObject final : public PublicObject<k_genutil::_cLS_SaveOptsLoader, cLS_SaveOptsLoader> {
 public:
-    using PendingObject::PendingObject;
+    using PublicObject::PublicObject;
     HRESULT STDMETHODCALLTYPE LoadLSSaveOptsForm(VARIANT_BOOL* instantHelp, short* optionsMode,
-        VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref, IDispatch** prog, IDispatch**,
-        IDispatch**) override {
-        return allGiven(instantHelp, optionsMode, optionsSaved, LSOptPref, prog) ? refuse() : noPlace();
+        VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref, IDispatch** prog, IDispatch** dataHeaderTable,
+        IDispatch** LSOptPrefDefaults) override {
+        if (!allGiven(instantHelp, optionsMode, optionsSaved, LSOptPref, prog))
+            return noPlace();
+        return perform([&] {
+            LSArguments arguments(optionsSaved, LSOptPref);
+            core_.LoadLSSaveOptsForm(*optionsMode, arguments.saved, arguments.options,
+                recordOf(*prog, "prog"), recordsetOf(optional(dataHeaderTable), "dataHeaderTable"),
+                recordOf(optional(LSOptPrefDefaults), "LSOptPrefDefaults"));
+            arguments.handBack();
+        });
     }
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
@@ -251,16 +295,12 @@ const std::array<PublicClass, 8> publicClasses{{
         [](Component& c) {
             return own(new DefaultsObject(c, "cDefaultsLoader", "LoadDefaultsForm", "Function"));
         }},
-    {names::cLS_OptsLoader,
-        [](Component& c) { return own(new LS_OptsObject(c, "cLS_OptsLoader", "LoadLSOptionsForm", "Sub")); }},
+    {names::cLS_OptsLoader, [](Component& c) { return own(new LS_OptsObject(c)); }},
     {names::cDisplayLoader,
         [](Component& c) {
             return own(new DisplayObject(c, "cDisplayLoader", "LoadDisplaySettingsForm", ""));
         }},
-    {names::cLS_SaveOptsLoader,
-        [](Component& c) {
-            return own(new LS_SaveOptsObject(c, "cLS_SaveOptsLoader", "LoadLSSaveOptsForm", "Sub"));
-        }},
+    {names::cLS_SaveOptsLoader, [](Component& c) { return own(new LS_SaveOptsObject(c)); }},
 }};
 
 const PublicClass* findPublicClass(const CLSID& clsid) {

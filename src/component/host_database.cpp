@@ -82,8 +82,8 @@ std::shared_ptr<Database> databaseOf(IDispatch* database) {
     return adapt<HostDatabase>(database, "jobDB");
 }
 
-std::shared_ptr<Recordset> recordsetOf(IDispatch* recordset) {
-    return adapt<HostRecordset>(recordset, "jobDetailsRset");
+std::shared_ptr<Recordset> recordsetOf(IDispatch* recordset, const char* name) {
+    return adapt<HostRecordset>(recordset, name);
 }
 
 } // namespace genutil

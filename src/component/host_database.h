@@ -10,6 +10,7 @@ namespace genutil {
 // Fields and their Item, as the host's database engine names them. Null for null. The host's errors keep
 // their numbers.
 std::shared_ptr<Database> databaseOf(IDispatch* database);
-std::shared_ptr<Recordset> recordsetOf(IDispatch* recordset);
+// `name` stands for the recordset in error texts.
+std::shared_ptr<Recordset> recordsetOf(IDispatch* recordset, const char* name);
 
 } // namespace genutil

@@ -132,8 +132,21 @@ Variant copyOf(const VARIANT& value) {
     return copy;
 }
 
+Variant singleVariant(float number) {
+    Variant single;
+    single.vt = VT_R4;
+    single.fltVal = number;
+    return single;
+}
+
 Variant converted(const VARIANT& value, VARTYPE type) {
     switch (type) {
+    case VT_R4: {
+        const double number = numberOf(value);
+        if (std::fabs(number) > static_cast<double>(std::numeric_limits<float>::max()))
+            throw ConversionError(DISP_E_OVERFLOW, "the number is outside the range of a single");
+        return singleVariant(static_cast<float>(number));
+    }
     case VT_I2:
         return Variant(int16Of(value));
     case VT_I4:

@@ -32,8 +32,10 @@ bool truthOf(const VARIANT& value);
 IDispatch* objectOf(const VARIANT& value);
 /// A copy that stands on its own.
 k_genutil::Variant copyOf(const VARIANT& value);
-/// `value` as a value of the type `type` (VT_I2, VT_I4, VT_R8, VT_BOOL, VT_BSTR, VT_DISPATCH; VT_EMPTY: as it
-/// is).
+/// A number of single precision.
+k_genutil::Variant singleVariant(float number);
+/// `value` as a value of the type `type` (VT_I2, VT_I4, VT_R4, VT_R8, VT_BOOL, VT_BSTR, VT_DISPATCH;
+/// VT_EMPTY: as it is).
 k_genutil::Variant converted(const VARIANT& value, VARTYPE type);
 
 bool sameValue(const VARIANT& a, const VARIANT& b);

@@ -2,6 +2,7 @@
 
 #include "host/gauge_demo.h"
 #include "host/job_commands.h"
+#include "host/ls_commands.h"
 #include "host/main_window.h"
 #include "host/report_kinds.h"
 #include "host/tour.h"
@@ -74,6 +75,19 @@ const std::vector<Command>& commandTable() {
             {{"--folder", "DIR", "list the jobs of this folder (else of the data folder in the settings)"}},
             runJobList},
         {"new-job", "FILE", "make an empty job", {}, nullptr, Screen::Unused, runNewJob},
+        {"ls-options", "", "show the least-squares options: the preferences, or those of a job",
+            {{"--job", "FILE", "the options in the header table of this job"},
+                {"--mode", "N",
+                    "1 the preferences; 2 a data page, 3 the header without spatial observations, 4 the "
+                    "header",
+                    1, 4},
+                {"--page", "N", "the data mode whose page --mode 2 shows", 1, 4},
+                {"--dump", "", "write all values and their units to the standard output instead", 0, -1,
+                    false, true}},
+            runLsOptions, Screen::Needed, dumpLsOptions},
+        {"point-save", "", "show what is done with the points of an adjusted network",
+            {{"--job", "FILE", "the options in the header table of this job (else the preferences)"}},
+            runPointSave},
         {"gauge", "", "demonstrate the progress gauge", {{"--seconds", "N", "how long (5)", 1, 3600}},
             runGauge},
         {"tour", "", "play every dialog and take a picture of each",

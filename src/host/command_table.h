@@ -17,6 +17,7 @@ struct CommandOption {
     int least = 0; ///< the range of a number; least > most: any text
     int most = -1;
     bool isRequired = false;
+    bool showsNothing = false; ///< with it the command needs no screen, and runs alone
 };
 
 /// What a command needs of a screen. Only where it is needed somebody is taken to sit at it.
@@ -34,7 +35,7 @@ struct Command {
     /// Returns the exit code.
     int (*run)(const CommandLine& line, const std::shared_ptr<Host>& host, ComponentAccess& component);
     Screen screen = Screen::Needed;
-    /// What runs instead of `run` where the component has no part in it.
+    /// What runs instead of `run`, or of none, where the component has no part in it.
     int (*runAlone)(const CommandLine& line, const std::shared_ptr<Host>& host) = nullptr;
 
     bool needsUser() const { return screen == Screen::Needed; }

@@ -77,6 +77,11 @@ int CommandLine::number(const std::string& option, int absent) const {
     return value;
 }
 
+bool CommandLine::showsNothing() const {
+    return std::ranges::any_of(command->options,
+        [this](const CommandOption& option) { return option.showsNothing && has(option.name); });
+}
+
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     if (std::ranges::find(arguments, "--help") != arguments.end())
         return answer(exit_codes::Success, helpText());
@@ -171,9 +176,9 @@ int runCommand(const CommandLine& line) {
     if (!line.command->needsUser())
         paths.settings = scratch.filePath("kestal.ini");
     const auto host = std::make_shared<Host>(paths);
-    host->attended = line.command->needsUser();
+    host->attended = line.command->needsUser() && !line.showsNothing();
     try {
-        if (line.command->runAlone)
+        if (line.command->runAlone && (!line.command->run || line.showsNothing()))
             return line.command->runAlone(line, host);
         ComponentAccess component(host);
         return line.command->run(line, host, component);
@@ -195,7 +200,7 @@ int runProgram(int argc, char** argv) {
         return line.exitCode;
     }
     const QTemporaryDir scratch;
-    if (!chooseScreen(line.command->screen, scratch)) {
+    if (!chooseScreen(line.showsNothing() ? Screen::Unused : line.command->screen, scratch)) {
         std::fprintf(
             stderr, "kestal: there is no screen to show windows on: set DISPLAY or WAYLAND_DISPLAY\n");
         return exit_codes::Failure;

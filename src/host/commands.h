@@ -27,6 +27,8 @@ struct CommandLine {
     std::string message;                ///< the help, the version or what is wrong
 
     bool has(const std::string& option) const { return options.contains(option); }
+    /// Whether an option is given that lets the command show nothing.
+    bool showsNothing() const;
     /// An option that takes a number; the parser has checked it.
     int number(const std::string& option, int absent) const;
 };

@@ -2,6 +2,7 @@
 
 #include "host/class_factory.h"
 #include "host/current_job.h"
+#include "host/job_schema.h"
 #include "host/settings_file.h"
 
 #include <QCoreApplication>
@@ -183,6 +184,53 @@ bool ComponentAccess::listJobs(JobObject& selected, const CurrentJob& current, I
     if (chosen != VARIANT_FALSE && jobSelected.get() != &selected)
         selected.copyFrom(jobSelected.get());
     return chosen != VARIANT_FALSE;
+}
+
+namespace {
+
+// What both dialogs of the least-squares options are called with. Objects may come back as others, so the
+// call gets references of its own.
+struct LsOptionsCall {
+    LsOptionsCall(Host& owner, std::int16_t optionsMode, const CurrentJob& current)
+        : host(owner), mode(optionsMode) {
+        if (mode != ls_modes::Preferences)
+            header = current.openTable(job_tables::DataHeader);
+    }
+    // True when the options were saved; the preferences are then in the settings.
+    bool finish() const {
+        if (saved != VARIANT_FALSE && mode == ls_modes::Preferences)
+            host.takeLsOptions(options.get());
+        return saved != VARIANT_FALSE;
+    }
+
+    Host& host;
+    std::int16_t mode;
+    VARIANT_BOOL instantHelp = host.instantHelpOn ? VARIANT_TRUE : VARIANT_FALSE;
+    VARIANT_BOOL saved = VARIANT_FALSE;
+    Ref<IDispatch> options = Ref<IDispatch>::share(host.lsOptions.get());
+    Ref<IDispatch> defaults = Ref<IDispatch>::share(host.lsOptionDefaults.get());
+    Ref<IDispatch> prog = Ref<IDispatch>::share(host.prog.get());
+    Ref<IDispatch> header; // null: the preferences are edited
+};
+
+} // namespace
+
+bool ComponentAccess::editLsOptions(std::int16_t mode, std::int16_t dataMode, const CurrentJob& current) {
+    const auto loader = create<k_genutil::_cLS_OptsLoader>(k_genutil::classes::cLS_OptsLoader.progId);
+    LsOptionsCall call(*host_, mode, current);
+    check(loader->LoadLSOptionsForm(&call.instantHelp, &call.mode, &call.saved, call.options.inOut(),
+              call.prog.inOut(), call.header.inOut(), call.defaults.inOut(), &dataMode),
+        "Editing the least-squares options");
+    return call.finish();
+}
+
+bool ComponentAccess::editPointSave(const CurrentJob& current) {
+    const auto loader = create<k_genutil::_cLS_SaveOptsLoader>(k_genutil::classes::cLS_SaveOptsLoader.progId);
+    LsOptionsCall call(*host_, current.isOpen() ? ls_modes::JobAndSet : ls_modes::Preferences, current);
+    check(loader->LoadLSSaveOptsForm(&call.instantHelp, &call.mode, &call.saved, call.options.inOut(),
+              call.prog.inOut(), call.header.inOut(), call.defaults.inOut()),
+        "Editing the point-save options");
+    return call.finish();
 }
 
 } // namespace kestal

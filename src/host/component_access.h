@@ -27,6 +27,14 @@ private:
     std::string reason_;
 };
 
+/// What the least-squares options are read from and stored in.
+namespace ls_modes {
+inline constexpr std::int16_t Preferences = 1;
+inline constexpr std::int16_t Page = 2;      ///< the header record of a data page
+inline constexpr std::int16_t Header = 3;    ///< the first header record, without the spatial observations
+inline constexpr std::int16_t JobAndSet = 4; ///< the first header record
+} // namespace ls_modes
+
 /// The component of this installation: found through its registration, which is renewed when it is missing or
 /// names another copy than the one that came with this program; with the host's classes registered in it.
 class ComponentAccess {
@@ -65,6 +73,14 @@ public:
     /// `mainForm` places the dialog (main_form_object.h). What could not be read is in the host's
     /// readingProblems.
     bool listJobs(JobObject& selected, const CurrentJob& current, IDispatch* mainForm);
+
+    /// Shows the least-squares options and waits until they are closed. True when they were saved: the
+    /// preferences to the settings, the others to the job, which leaves the preferences as they are.
+    /// `dataMode` selects the page of ls_modes::Page and is 0 otherwise.
+    bool editLsOptions(std::int16_t mode, std::int16_t dataMode, const CurrentJob& current);
+    /// The same for what is done with the points of an adjusted network: the job's options, or the
+    /// preferences while no job is open.
+    bool editPointSave(const CurrentJob& current);
 
 private:
     void registerHostClasses();

@@ -57,6 +57,11 @@ void CurrentJob::open(const QString& path) {
     *this = std::move(next);
 }
 
+Ref<IDispatch> CurrentJob::openTable(const char* table) const {
+    const Variant opened = LateBound(database.get()).call("OpenRecordset", {Variant(table)});
+    return Ref<IDispatch>::share(objectOf(opened));
+}
+
 void CurrentJob::readDetails() {
     if (truthOf(LateBound(detailsRset.get()).get("EOF")))
         return jobDetails->set("Description", Variant("(Incomplete database)"));
@@ -67,9 +72,7 @@ void CurrentJob::readDetails() {
 
 void CurrentJob::readField(RecordObject& record, const std::string& field) {
     try {
-        const Variant item =
-            LateBound(detailsRset.get()).child("Fields").call("Item", {Variant(std::string_view(field))});
-        Variant value = LateBound(objectOf(item)).get("Value");
+        Variant value = fieldOf(detailsRset.get(), field);
         if (value.vt != VT_NULL)
             record.set(field, tidied(field, std::move(value)));
     } catch (const ConversionError& fault) {

@@ -18,6 +18,9 @@ public:
     /// which names file and reason.
     void open(const QString& path);
     void close() { *this = {}; }
+    /// A recordset of a table of the open job. AutomationError, which names the table and the job's file,
+    /// where the job has none.
+    Ref<IDispatch> openTable(const char* table) const;
 
     Ref<JobObject> job;
     Ref<RecordObject> jobDetails, jobCfg, jobGeneral;

@@ -1,5 +1,6 @@
 #include "host/database_objects.h"
 
+#include "host/late_bound.h"
 #include "hostif/error.h"
 
 #include <limits>
@@ -163,6 +164,12 @@ Ref<IDispatch> makeRecordsetObject(std::shared_ptr<Recordset> recordset) {
     return Ref<IDispatch>::adopt(new RecordsetObject(std::move(recordset)));
 }
 
+Variant fieldOf(IDispatch* recordset, const std::string& name) {
+    const Variant field =
+        LateBound(recordset).child("Fields").call("Item", {Variant(std::string_view(name))});
+    return LateBound(objectOf(field)).get("Value");
+}
+
 Variant toVariant(const genutil::Value& value) {
     return std::visit(
         []<class T>(const T& held) {
@@ -176,10 +183,7 @@ Variant toVariant(const genutil::Value& value) {
                 byte.bVal = held;
                 return byte;
             } else if constexpr (std::is_same_v<T, float>) {
-                Variant single;
-                single.vt = VT_R4;
-                single.fltVal = held;
-                return single;
+                return singleVariant(held);
             } else if constexpr (std::is_same_v<T, std::string>) {
                 return Variant(std::string_view(held));
             } else {

@@ -19,6 +19,9 @@ Ref<IDispatch> makeDatabaseObject(std::shared_ptr<genutil::Database> database);
 /// Update. After Close everything but Close fails with ObjectNotSet.
 Ref<IDispatch> makeRecordsetObject(std::shared_ptr<genutil::Recordset> recordset);
 
+/// The value of a field in the current record of such a recordset.
+Variant fieldOf(IDispatch* recordset, const std::string& name);
+
 /// A database value as an automation value of the same type, and back. Empty becomes the empty text; dates
 /// and other numbers become doubles; TypeMismatch for an object.
 Variant toVariant(const genutil::Value& value);

@@ -1,11 +1,14 @@
 #include "host/host.h"
 
+#include "host/ls_option_set.h"
 #include "host/output.h"
 #include "host/settings_file.h"
+#include "hostif/value.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QMessageBox>
 #include <QStandardPaths>
 
@@ -58,7 +61,9 @@ HostPaths HostPaths::standard() {
 
 Host::Host(HostPaths hostPaths)
     : paths(std::move(hostPaths)), log(paths.log), help(HelpTexts::load(paths.help)),
-      prog(makeProgram(paths)) {
+      prog(makeProgram(paths)), lsOptions(makeLsOptionSet()), lsOptionDefaults(makeLsOptionSet()) {
+    const QLocale user = QLocale::system();
+    genutil::setNumberLocale({user.decimalPoint().toStdString(), user.groupSeparator().toStdString()});
     for (const QString& fault : help.faults())
         log.write("Help: " + fault);
     try {
@@ -67,6 +72,8 @@ Host::Host(HostPaths hostPaths)
     } catch (const std::exception& error) {
         log.write(QString("The stored setting %1 is not used: %2").arg(viewState, error.what()));
     }
+    for (const QString& fault : readLsOptionSet(*lsOptions.get(), paths.settings.toStdString()))
+        log.write(fault);
     beginDataPath();
     prog->set("Changed", Variant(false));
 }
@@ -104,6 +111,11 @@ void Host::takeProgram(IDispatch* changed) {
     prog->copyFrom(changed);
     prog->set("Changed", Variant(false));
     writeSetting(paths.settings.toStdString(), section, viewState, prog->text(viewState));
+}
+
+void Host::takeLsOptions(IDispatch* changed) {
+    lsOptions->copyFrom(changed);
+    writeLsOptionSet(*lsOptions.get(), paths.settings.toStdString());
 }
 
 void Host::report(const QString& problem, const QString& details) {

@@ -34,6 +34,8 @@ public:
     LogFile log;
     HelpTexts help;
     Ref<RecordObject> prog;
+    Ref<RecordObject> lsOptions; ///< the user's preferences, which begin as the settings have them
+    const Ref<RecordObject> lsOptionDefaults; ///< the factory's
 
     bool instantHelpOn = false;
     /// False where nobody sits at the screen: problems then go to the standard error stream, not into a
@@ -59,6 +61,9 @@ public:
     /// Takes over the values of a program object that a dialog has changed, and stores those that outlive the
     /// session.
     void takeProgram(IDispatch* changed);
+
+    /// Takes over the least-squares options that a dialog has changed, and stores them.
+    void takeLsOptions(IDispatch* changed);
 
     /// Logs the problem and puts it before the user.
     void report(const QString& problem, const QString& details = {});

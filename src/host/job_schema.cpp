@@ -1,6 +1,7 @@
 #include "host/job_schema.h"
 
 #include "host/commands.h"
+#include "host/ls_option_set.h"
 #include "hostif/error.h"
 
 #include <QDate>
@@ -58,6 +59,28 @@ const std::vector<DetailsColumn>& detailsColumns() {
     return columns;
 }
 
+genutil::ColumnType columnType(VARTYPE type) {
+    switch (type) {
+    case VT_BOOL:
+        return Boolean;
+    case VT_BSTR:
+        return Text;
+    case VT_I2:
+    case VT_I4:
+        return Integer;
+    default:
+        return Real;
+    }
+}
+
+// One column for each least-squares option, and the page that a record belongs to.
+genutil::NewTable headerTable() {
+    genutil::NewTable header{job_tables::DataHeader, {{"FileType", Integer}}, {}};
+    for (const LsOption& option : lsOptions())
+        header.columns.push_back({option.name, columnType(option.initial.vt)});
+    return header;
+}
+
 } // namespace
 
 std::string interpolation::currentName(const std::string& stored) {
@@ -75,7 +98,7 @@ std::vector<genutil::NewTable> emptyJobTables(const std::string& date) {
     }
     return {details, {job_tables::AlphaIds, {{"PointNo", Integer}, {"AlphaId", Text}}, {}},
         {job_tables::Points, {{"PointNo", Integer}, {"X", Real}, {"Y", Real}, {"Code", Text}}, {}},
-        {job_tables::Heights, {{"PointNo", Integer}, {"Height", Real}}, {}}};
+        {job_tables::Heights, {{"PointNo", Integer}, {"Height", Real}}, {}}, headerTable()};
 }
 
 void createJob(const std::string& path) {

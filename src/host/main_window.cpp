@@ -199,6 +199,8 @@ void MainWindow::makeMenus() {
     addCommand(view, "Re&fresh", QKeySequence(Qt::Key_F5), [this] { openFolder(folder_); });
     addCommand(view, "&Problems...", {}, [this] { showProblems(); });
     QMenu* tools = menuBar()->addMenu("&Tools");
+    addLsOptionCommands(tools);
+    tools->addSeparator();
     addCommand(tools, "&Progress gauge demonstration", {}, [this] { showGauge(); });
     QMenu* help = menuBar()->addMenu("&Help");
     mnuHelpInstantHelp_ = help->addAction("&Instant help");
@@ -209,6 +211,20 @@ void MainWindow::makeMenus() {
         help, "Help &topics", QKeySequence(Qt::Key_F1), [this] { showHelpWindow(host_->help, mainTopic); });
     help->addSeparator();
     addCommand(help, "&About Kestal", {}, [this] { showAbout(); });
+}
+
+void MainWindow::addLsOptionCommands(QMenu* tools) {
+    const auto ofMode = [this](std::int16_t mode, std::int16_t dataMode = 0) {
+        return [this, mode, dataMode] { editLsOptions(mode, dataMode); };
+    };
+    addCommand(tools, "&Least-squares options...", {}, ofMode(ls_modes::Preferences));
+    jobOptions_ += addCommand(tools, "Options of this &job...", {}, ofMode(ls_modes::JobAndSet));
+    QMenu* pages = tools->addMenu("&Page options");
+    jobOptions_ += pages->menuAction();
+    for (std::int16_t dataMode = 1; dataMode <= 4; ++dataMode)
+        addCommand(pages, QString("Data mode &%1...").arg(dataMode), {}, ofMode(ls_modes::Page, dataMode));
+    jobOptions_ += addCommand(tools, "&Traverse header options...", {}, ofMode(ls_modes::Header));
+    addCommand(tools, "Point &save options...", {}, [this] { editPointSave(); });
 }
 
 void MainWindow::openFolder(const QString& folder) {
@@ -289,10 +305,19 @@ void MainWindow::listJobs() {
     problems_->setVisible(count > 0);
 }
 
+void MainWindow::editLsOptions(std::int16_t mode, std::int16_t dataMode) {
+    guarded(*host_, [&] { component_.editLsOptions(mode, dataMode, jobs_.current()); });
+}
+
+void MainWindow::editPointSave() {
+    guarded(*host_, [&] { component_.editPointSave(jobs_.current()); });
+}
+
 void MainWindow::showCurrentJob() {
     const CurrentJob& job = jobs_.current();
     jobPanel_->showJob(job);
-    closeJob_->setEnabled(job.isOpen());
+    for (QAction* command : jobOptions_ + QList{closeJob_})
+        command->setEnabled(job.isOpen());
     setWindowTitle(job.isOpen() ? QString::fromStdString(job.job->text("JobName")) + " - Kestal" : "Kestal");
 }
 

@@ -33,6 +33,10 @@ public:
     void openJob(const QString& file);
     /// Shows the list of jobs and changes to the one that is chosen.
     void listJobs();
+    /// Shows the least-squares options (a mode of ls_modes; of ls_modes::Page the data mode), or what is done
+    /// with the points of an adjusted network.
+    void editLsOptions(std::int16_t mode, std::int16_t dataMode = 0);
+    void editPointSave();
     QAction* instantHelpAction() const { return mnuHelpInstantHelp_; }
 
 protected:
@@ -52,6 +56,7 @@ private:
     void showCurrentJob();
     void showProblems();
     void openCurrentReport();
+    void addLsOptionCommands(QMenu* tools);
     void showGauge();
     void showAbout();
     void setInstantHelp(bool on);
@@ -69,6 +74,7 @@ private:
     QLabel* noReports_ = nullptr;
     JobPanel* jobPanel_ = nullptr;
     QAction* closeJob_ = nullptr;
+    QList<QAction*> jobOptions_;      // those that need an open job
     QPushButton* problems_ = nullptr; // how many the latest list of jobs had
     QDockWidget* helpPanel_ = nullptr;
     QLabel* helpTitle_ = nullptr;

@@ -23,6 +23,7 @@ const RecordClass& job();
 const RecordClass& jobDetails();
 const RecordClass& jobCfg();
 const RecordClass& jobGeneral();
+const RecordClass& lsOptPref(); // made of the options in ls_option_set.h
 } // namespace records
 
 /// A record: one property for each field of its class, `Clone`, which returns an independent copy, and

@@ -40,9 +40,9 @@ Ref<IDispatch> makeSysInfo(const HostPtr&) {
 
 Ref<IDispatch> makeDispFormats(const HostPtr&) {
     return makeConstants("k_genproc.dispFormats",
-        {{"ConstraintFactorFormat", Variant("#######0")}, {"ConvergenceFormat", Variant("0.0000")},
-            {"DistanceFormat", Variant("0.0000")}, {"PPMFormat", Variant("0.00")},
-            {"SecondsFormat", Variant("0.00")}, {"ToleranceFormat", Variant("0.000")}});
+        {{"ConstraintFactorFormat", Variant("#######0")}, {"ConvergenceFormat", Variant("0.000####")},
+            {"DistanceFormat", Variant("0.000###")}, {"PPMFormat", Variant("0.0###")},
+            {"SecondsFormat", Variant("0.0###")}, {"ToleranceFormat", Variant("0.000###")}});
 }
 
 Ref<IDispatch> makeInterpNames(const HostPtr&) {

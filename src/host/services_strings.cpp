@@ -16,7 +16,7 @@ std::string formatValue(const VARIANT& value, const std::string& format) {
             return textOf(value);
         throw;
     }
-    return formatNumber(number, format);
+    return formatNumber(number, format, genutil::numberLocale());
 }
 
 class StrUtil : public AutomationObject {

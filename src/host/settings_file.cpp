@@ -6,6 +6,8 @@
 #include <QSettings>
 #include <QStringList>
 
+#include <array>
+
 namespace kestal {
 namespace {
 
@@ -45,8 +47,14 @@ std::string readSetting(const std::string& file, const std::string& section, con
 
 void writeSetting(
     const std::string& file, const std::string& section, const std::string& key, const std::string& value) {
+    writeSettings(file, section, std::array{std::pair(key, value)});
+}
+
+void writeSettings(const std::string& file, const std::string& section,
+    std::span<const std::pair<std::string, std::string>> values) {
     QSettings settings(pathOf(file), QSettings::IniFormat);
-    settings.setValue(keyOf(section, key), QString::fromStdString(value));
+    for (const auto& [key, value] : values)
+        settings.setValue(keyOf(section, key), QString::fromStdString(value));
     settings.sync();
     if (settings.status() != QSettings::NoError)
         refuse(file, "written");

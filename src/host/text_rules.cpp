@@ -78,7 +78,7 @@ std::string nextField(std::string& text, const std::string& separator) {
     return field;
 }
 
-std::string formatNumber(double value, const std::string& format) {
+std::string formatNumber(double value, const std::string& format, const genutil::NumberLocale& locale) {
     if (!std::isfinite(value))
         throw AutomationError(errors::InvalidCall, "FormatValue: the number must be finite");
     const auto first = format.find_first_of("#0.");
@@ -103,11 +103,11 @@ std::string formatNumber(double value, const std::string& format) {
         whole.insert(0, leastWhole - whole.size(), '0');
     if (wholePicture.find(',') != wholePicture.npos)
         for (auto at = static_cast<std::ptrdiff_t>(whole.size()) - 3; at > 0; at -= 3)
-            whole.insert(static_cast<std::size_t>(at), ",");
+            whole.insert(static_cast<std::size_t>(at), locale.groupSeparator);
     while (!decimals.empty() && decimals.back() == '0' && decimalPicture[decimals.size() - 1] == '#')
         decimals.pop_back();
     return (value < 0 && !isZero ? "-" : "") + format.substr(0, first) + whole +
-           (point == picture.npos ? "" : ".") + decimals + format.substr(last + 1);
+           (point == picture.npos ? "" : locale.decimalPoint) + decimals + format.substr(last + 1);
 }
 
 std::string angleText(const std::string& degrees, int decimals, const std::string& kind) {

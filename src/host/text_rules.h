@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostif/value.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -14,8 +16,9 @@ std::string nextField(std::string& text, const std::string& separator);
 
 /// A number in a format of #, 0, a comma between digits (thousands) and a decimal point: "0.000", "#######0",
 /// "#,##0.00". Rounds by the decimal digits that 15 places show, halves away from zero; a value that rounds
-/// to nothing has no sign. Text before and after the digits of the format is kept.
-std::string formatNumber(double value, const std::string& format);
+/// to nothing has no sign. Text before and after the digits of the format is kept. The number is written with
+/// the separators of `locale`.
+std::string formatNumber(double value, const std::string& format, const genutil::NumberLocale& locale = {});
 
 /// Decimal degrees as dd°mm'ss", seconds rounded. `kind` "LATITUDE" adds N or S, "LONGITUDE" E or W; any
 /// other kind leads with a minus sign. `decimals`: 0 to 6 places of the seconds.

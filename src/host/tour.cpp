@@ -94,6 +94,7 @@ private:
     void instantHelp(MainWindow& main);
     void jobList(MainWindow& main);
     void problems(MainWindow& main);
+    void dialog(const std::string& name, const std::function<void()>& show);
 
     HostPtr host_;
     ComponentAccess& component_;
@@ -113,11 +114,18 @@ bool Tour::run() {
         main.instantHelpAction()->setChecked(true);
         step("instant-help", [&] { instantHelp(main); });
         main.instantHelpAction()->setChecked(false);
+        dialog("ls-options-1", [&] { main.editLsOptions(1); });
+        dialog("point-save-1", [&] { main.editPointSave(); });
         step("main-job", [&] {
             main.openJob(QString::fromStdString(sample("jobs/Harrow Creek.gdb")));
             settle(paintingTime);
             save("main-job", main);
         });
+        constexpr std::int16_t firstDataMode = 1;
+        dialog("ls-options-2", [&] { main.editLsOptions(2, firstDataMode); });
+        dialog("ls-options-3", [&] { main.editLsOptions(3); });
+        dialog("ls-options-4", [&] { main.editLsOptions(4); });
+        dialog("point-save-4", [&] { main.editPointSave(); });
         step("job-list", [&] { jobList(main); });
         step("problems", [&] { problems(main); });
         main.openReport(QString::fromStdString(sample("network.log")));
@@ -274,6 +282,23 @@ void Tour::jobList(MainWindow& main) {
         throw std::runtime_error(visitor.failure());
     if (visitor.visited() != 1 || !ordered)
         throw std::runtime_error("the job list is not shown or not ordered by a click on a title");
+}
+
+void Tour::dialog(const std::string& name, const std::function<void()>& show) {
+    step(name, [&] {
+        int dialogs = 0;
+        const WindowVisitor visitor([&](QWidget& window) {
+            if (qobject_cast<QMessageBox*>(&window))
+                throw std::runtime_error("a message is in the way of the dialog");
+            ++dialogs;
+            save(name, window);
+        });
+        show();
+        if (!visitor.failure().empty())
+            throw std::runtime_error(visitor.failure());
+        if (dialogs != 1)
+            throw std::runtime_error("the dialog is not shown");
+    });
 }
 
 void Tour::problems(MainWindow& main) {

@@ -85,8 +85,12 @@ void Form::moveFocus(Control* control) {
     if (control == activeControl_)
         return;
     Control* const earlier = std::exchange(activeControl_, control);
-    if (earlier)
+    // One that the focus was only on its way to has none to lose.
+    if (earlier && earlier != arriving_) {
+        Control* const outer = std::exchange(arriving_, control);
         earlier->lostFocus();
+        arriving_ = outer;
+    }
     // The handler above may have moved the focus somewhere else.
     if (control && activeControl_ == control) {
         control->gotFocus();

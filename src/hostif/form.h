@@ -91,6 +91,7 @@ private:
     WindowChrome chrome_;
     std::vector<Control*> controls_;
     Control* activeControl_ = nullptr;
+    Control* arriving_ = nullptr; // while the control that loses the focus to it hears of that
     bool loaded_ = true;
     bool shown_ = false;
     bool active_ = false;

@@ -9,6 +9,8 @@ namespace {
 
 constexpr HelpTopics helpTopics{8300, 8301, 8330, 19004, 19006};
 
+constexpr int defaultsTopic = 8313;
+
 constexpr std::int16_t optionSetMode = 1;
 constexpr std::int16_t pageMode = 2;
 constexpr std::int16_t headerMode = 3;
@@ -78,7 +80,11 @@ void frmLS_Options::makeControls() {
         Control& control = *controls_[std::size_t(option) - 1];
         control.tabIndex = next++;
         control.toolTip = lsToolTip(lsOption(option));
+        control.helpContextId = lsHelpTopic(option);
     }
+    for (std::size_t i = 0; i < lists.size(); ++i)
+        dummyLabels[i].helpContextId = lists[i].helpContextId;
+    cmdDefaults.helpContextId = defaultsTopic;
     for (Button* button : {&cmdOK, &cmdCancel, &cmdDefaults})
         button->tabIndex = next++;
 }

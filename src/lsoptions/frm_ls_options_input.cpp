@@ -18,7 +18,9 @@ void frmLS_Options::connectControls() {
         Control* const control = controls_[std::size_t(option.number) - 1];
         if (!control)
             continue;
-        followMouse({control});
+        const bool isList = option.kind == LSControl::TextList || option.kind == LSControl::CodeList;
+        if (!isList) // its label reports in its place
+            followMouse({control});
         if (option.kind == LSControl::Box)
             connectBox(option);
         else if (option.kind == LSControl::Check)
@@ -29,7 +31,7 @@ void frmLS_Options::connectControls() {
                 if (option.number == scaleErrorEllipses)
                     clickScaleErrorEllipses();
             });
-        else
+        else if (isList)
             on(listOf(option.number).click, control->name() + "_Click",
                 [this, &option] { noteChoice(option.number); });
     }

@@ -7,6 +7,8 @@
 namespace genutil {
 namespace {
 
+constexpr int helpTopic = 8340;
+
 constexpr std::int16_t optionSetMode = 1;
 constexpr std::int16_t headerMode = 4;
 
@@ -40,6 +42,7 @@ frmLS_SaveOptions::frmLS_SaveOptions(Component& owner)
     for (Control* control : std::initializer_list<Control*>{&chkDBPoints, &chkDBPtsFixed, &chkPtEntry,
              &optPointEntry[0], &optPointEntry[1], &optPointEntry[2], &chkPtEntryFixed, &cmdOK, &cmdCancel})
         control->tabIndex = next++;
+    helpContextId = helpTopic;
     optPointEntry[0].selected = true;
     for (OptionButton& option : optPointEntry)
         option.enabled = false;

@@ -57,6 +57,24 @@ constexpr std::array<LSGroup, 5> groups{{
     {LSFrame::General, "General settings", general, generalChecks},
 }};
 
+namespace topic {
+constexpr int deviation = 8301, centring = 8302, constraint = 8303, unitWeights = 8304, tolerance = 8305,
+              convergence = 8306, confidence = 8307, outlierTest = 8308, label = 8309, rescaling = 8310,
+              relaxing = 8311, output = 8312;
+} // namespace topic
+
+struct TopicRange {
+    int first, last; // options
+    int topic;
+};
+constexpr std::array<TopicRange, 22> topics{{{1, 2, topic::tolerance}, {3, 3, topic::unitWeights},
+    {4, 6, topic::output}, {7, 7, topic::rescaling}, {8, 9, topic::convergence}, {10, 10, topic::deviation},
+    {11, 11, topic::centring}, {12, 14, topic::deviation}, {15, 15, topic::convergence},
+    {16, 16, topic::deviation}, {17, 17, topic::centring}, {18, 18, topic::deviation},
+    {19, 19, topic::centring}, {20, 24, topic::deviation}, {25, 25, topic::constraint},
+    {26, 26, topic::rescaling}, {27, 27, topic::relaxing}, {28, 28, topic::label},
+    {29, 32, topic::confidence}, {33, 47, topic::centring}, {48, 48, topic::outlierTest}, {49, 53, 0}}};
+
 std::vector<int> focusOrder() {
     std::vector<int> order;
     const auto add = [&](int option) {
@@ -90,6 +108,13 @@ std::string_view lsCheckCaption(int option) {
         if (each.option == option)
             return each.caption;
     throw Error(errors::OutOfRange, "Option " + std::to_string(option) + " is no check box");
+}
+
+int lsHelpTopic(int option) {
+    for (const TopicRange& range : topics)
+        if (range.first <= option && option <= range.last)
+            return range.topic;
+    throw Error(errors::OutOfRange, "There is no option " + std::to_string(option));
 }
 
 std::span<const int> lsFocusOrder() {

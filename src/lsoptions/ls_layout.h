@@ -37,6 +37,9 @@ std::span<const LSGroup> lsGroups();
 // The caption of a check box.
 std::string_view lsCheckCaption(int option);
 
+// The help topic of an option's control; controls of one kind share theirs.
+int lsHelpTopic(int option);
+
 // All options of the dialog in the order in which Tab moves through them.
 std::span<const int> lsFocusOrder();
 

@@ -1,6 +1,8 @@
 #include "platform/qt/bind.h"
 
 #include "platform/qt/burst_gate.h"
+#include "platform/qt/control_look.h"
+#include "platform/qt/focus_tie.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/gauge_bar.h"
 #include "platform/qt/grid_view.h"
@@ -38,7 +40,7 @@ QString spoken(const std::string& caption) {
     text.replace(QLatin1String("&&"), QString(QChar(0)))
         .remove(QLatin1Char('&'))
         .replace(QChar(0), QLatin1Char('&'));
-    return text;
+    return text.trimmed();
 }
 
 void applyCommon(QWidget& view, const Control& model, Aspect aspect) {
@@ -50,10 +52,14 @@ void applyCommon(QWidget& view, const Control& model, Aspect aspect) {
         view.setFont(toQFont(model.font));
     else if (aspect == Aspect::Help)
         view.setToolTip(toQt(model.toolTip));
+    else if (aspect == Aspect::Colour)
+        showBackColor(view, model.backColor);
+    if (aspect == Aspect::Mark || aspect == Aspect::Help)
+        showMark(view, model.marked);
 }
 
 constexpr std::array everyAspect{Aspect::Font, Aspect::Items, Aspect::Caption, Aspect::Text, Aspect::Value,
-    Aspect::Locked, Aspect::Help, Aspect::Enabled, Aspect::Visible};
+    Aspect::Locked, Aspect::Help, Aspect::Enabled, Aspect::Visible, Aspect::Mark};
 
 // What all kinds share. `applyOwn` puts the kind's own aspects into the view; it runs with the view's signals
 // blocked.
@@ -67,9 +73,11 @@ InputTie* tieWidget(View* view, Control& model, ApplyOwn applyOwn) {
     view->setObjectName(toQt(model.name()));
     if (view->accessibleName().isEmpty())
         view->setAccessibleName(toQt(model.name()));
-    auto* tie = new InputTie(view, model, apply);
+    auto* tie = new FocusTie(view, model, apply);
     for (const Aspect aspect : everyAspect)
         apply(aspect);
+    if (model.backColor != BackColor::Normal)
+        apply(Aspect::Colour);
     return tie;
 }
 
@@ -85,7 +93,8 @@ template<class View, class Act, class Restore>
 void actAndRestore(View* view, Control& model, Act act, Restore restore) {
     const QPointer<View> left(view);
     report(model, [&] {
-        act();
+        if (!model.canFocus() || takeFocus(model))
+            act();
         if (left) {
             const QSignalBlocker blocked(view);
             restore();
@@ -143,8 +152,10 @@ void bind(QPushButton* view, Button& model) {
         else if (aspect == Aspect::Value)
             view->setDefault(model.isDefault);
     });
-    QObject::connect(
-        view, &QPushButton::clicked, tie, [&model] { report(model, [&] { model.userPress(); }); });
+    QObject::connect(view, &QPushButton::clicked, tie, [view, &model] {
+        actAndRestore(
+            view, model, [&] { model.userPress(); }, [] {});
+    });
 }
 
 void bind(QAction* view, MenuItem& model) {

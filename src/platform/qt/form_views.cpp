@@ -3,6 +3,8 @@
 #include "hostif/error.h"
 #include "platform/qt/file_view_window.h"
 #include "platform/qt/job_list_window.h"
+#include "platform/qt/ls_options_window.h"
+#include "platform/qt/ls_save_options_window.h"
 #include "platform/qt/progress_window.h"
 
 namespace genutil {
@@ -24,6 +26,8 @@ FormViews standardFormViews() {
         {"frmProgress", make<ProgressWindow, frmProgress>},
         {"frmFileView", make<FileViewWindow, frmFileView>},
         {"frmJobList", make<JobListWindow, frmJobList>},
+        {"frmLS_Options", make<LSOptionsWindow, frmLS_Options>},
+        {"frmLS_SaveOptions", make<LSSaveOptionsWindow, frmLS_SaveOptions>},
     };
 }
 
