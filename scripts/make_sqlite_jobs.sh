@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the sample jobs that the host writes itself, from nothing: `kestal new-job` and the sqlite3 program.
-#   samples/make_sqlite_jobs.sh [KESTAL] [FOLDER]    (build/release/bin/kestal, samples/jobs)
+#   scripts/make_sqlite_jobs.sh [KESTAL] [FOLDER]    (build/release/bin/kestal, samples/jobs)
 # The figures come from formulas, so a run makes the same jobs again.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
