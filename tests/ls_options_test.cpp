@@ -58,12 +58,12 @@ struct LSDialog : ::testing::Test, fake::LSWorld {
 
 TEST_F(LSDialog, ShowsAndReturnsEveryOptionUnchangedInEveryLocale) {
     for (const NumberLocale& locale : {NumberLocale{".", ","}, NumberLocale{",", "."}})
-        for (const double number : {0.0, 0.0005, 1234.5, 25e6, -3.25}) {
+        for (const double number : {0.0, 1e-9, 0.0005, 1234.5, 25e6, 1e15, -3.25}) {
             setNumberLocale(locale);
             for (const LSOption& option : lsOptions())
                 if (option.kind == LSControl::Box)
-                    options->write(
-                        option.name(), option.number == 25 ? Value(std::int32_t(number)) : Value(number));
+                    options->write(option.name(),
+                        option.number == 25 ? Value(std::int32_t(std::min(number, 1e9))) : Value(number));
             saved = false;
             messages();
             const RecordPtr before = options->Clone();
@@ -236,6 +236,9 @@ TEST_F(LSDialog, FallsBackOnWhatItHasWhereTheRecordSaysNothing) {
     options->write("AzimuthSD", 12.5);
     show(4, [&](frmLS_Options& form) {
         EXPECT_EQ(form.boxOf(16).text.get(), "12.5");
+        EXPECT_EQ(form.boxOf(16).toolTip.get(),
+            "Standard deviation of an azimuth or bearing. Unit: seconds. Default: 0.005.");
+        EXPECT_TRUE(form.boxOf(16).marked && !form.boxOf(17).marked);
         EXPECT_EQ(form.listOf(28).selectedItem()->text, "Residual");
         EXPECT_EQ(form.listOf(32).selectedItem()->text, "1-Sigma (Std)");
         EXPECT_EQ(form.listOf(15).listIndex.get(), 0);

@@ -120,6 +120,7 @@ void frmLS_Options::Form_Setup(const std::string& helpSource, const std::shared_
             IHelp()->AttachComboLabel(controlOf(dummyLabels, dummyLabelName(list.name()).c_str()), list);
         }
         SetupComboLists();
+        explainDefaults();
         setupDone_ = false;
         loadByMode(table);
         for (const int option : watched)

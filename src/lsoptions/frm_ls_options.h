@@ -85,6 +85,9 @@ private:
     bool differsFromDefault(const LSOption& option);
     void showMark(const LSOption& option);
     void showMarks();
+    // Adds the default values to the controls' tooltips.
+    void explainDefaults();
+    std::string shownDefault(const LSOption& option);
     void noteChoice(int option);
     void clickScaleErrorEllipses();
     void clickUnitWeights();

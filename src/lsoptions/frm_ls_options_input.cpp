@@ -158,6 +158,24 @@ bool frmLS_Options::differsFromDefault(const LSOption& option) {
     }
 }
 
+std::string frmLS_Options::shownDefault(const LSOption& option) {
+    const Value usual = memberOf(*LSOptPrefDefaults, option);
+    if (option.kind == LSControl::Box)
+        return formatted(option, usual.toDouble());
+    if (option.kind == LSControl::Check)
+        return usual.toBool() ? "on" : "off";
+    const ComboBox& list = listOf(option.number);
+    const auto position = SetComboIndex(usual, usual, list, option.kind == LSControl::CodeList);
+    return position < 0 ? std::string() : list.items.get()[std::size_t(position)].text;
+}
+
+void frmLS_Options::explainDefaults() {
+    for (const LSOption& option : lsOptions())
+        if (option.kind != LSControl::PointSave && LSOptPrefDefaults)
+            controls_[std::size_t(option.number) - 1]->toolTip =
+                lsToolTip(option) + " Default: " + shownDefault(option) + ".";
+}
+
 void frmLS_Options::showMark(const LSOption& option) {
     controls_[std::size_t(option.number) - 1]->marked = differsFromDefault(option);
 }
