@@ -206,9 +206,12 @@ IDispatch* optional(IDispatch** argument) {
 // What both dialogs of least-squares options take in and hand back.
 class LSArguments {
 public:
+    bool saved;
+    RecordPtr options;
+
     LSArguments(VARIANT_BOOL* optionsSaved, IDispatch** LSOptPref)
-        : savedPlace_(optionsSaved), optionsPlace_(LSOptPref), saved(truth(optionsSaved)),
-          options(recordOf(*LSOptPref, "LSOptPref")) {}
+        : saved(truth(optionsSaved)), options(recordOf(*LSOptPref, "LSOptPref")), savedPlace_(optionsSaved),
+          optionsPlace_(LSOptPref) {}
 
     void handBack() const {
         *savedPlace_ = saved ? VARIANT_TRUE : VARIANT_FALSE;
@@ -218,10 +221,6 @@ public:
 private:
     VARIANT_BOOL* savedPlace_;
     IDispatch** optionsPlace_;
-
-public:
-    bool saved;
-    RecordPtr options;
 };
 
 class LS_OptsObject final : public PublicObject<k_genutil::_cLS_OptsLoader, cLS_OptsLoader> {

@@ -1,6 +1,7 @@
 #include "fileview/frm_file_view.h"
 
 #include "fileview/placement.h"
+#include "text/blanks.h"
 
 #include <algorithm>
 #include <array>
@@ -26,10 +27,6 @@ std::string measuringText() {
     for (int i = 0; i < 84; ++i)
         digits += char('0' + (i + 1) % 10);
     return digits;
-}
-
-bool isBlank(const std::string& text) {
-    return text.find_first_not_of(' ') == std::string::npos;
 }
 
 } // namespace
@@ -236,8 +233,8 @@ void frmFileView::SetMenuOrButtons(bool open, bool edit, bool print) {
         mnu_SaveAs.visible = edit;
         mnu_SaveAs.enabled = hasFile && mnu_SaveAs.visible;
         if (fileFormat_ == FileFormat::PlainText) {
-            mnu_Edit.visible = !isBlank(Editor);
-            mnu_Edit.enabled = !isBlank(Editor) && edit;
+            mnu_Edit.visible = !text::isBlank(Editor);
+            mnu_Edit.enabled = !text::isBlank(Editor) && edit;
         }
         mnu_Close.enabled = true;
         mnu_Refresh.enabled = true;

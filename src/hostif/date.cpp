@@ -1,6 +1,5 @@
 #include "hostif/date.h"
 
-#include "hostif/grid_rows.h"
 #include "text/letters.h"
 #include "text/utf8.h"
 
@@ -93,7 +92,7 @@ private:
                 break;
             end += next.length;
         }
-        std::string word = folded(rest_.substr(0, end));
+        std::string word = text::folded(rest_.substr(0, end));
         rest_.remove_prefix(end);
         const int month = monthNamed(word);
         if (month == 0)

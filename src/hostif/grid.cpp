@@ -2,6 +2,7 @@
 
 #include "hostif/error.h"
 #include "hostif/form.h"
+#include "text/letters.h"
 
 #include <algorithm>
 #include <array>
@@ -214,13 +215,13 @@ void Grid::userMove(std::int32_t row, std::int32_t column, bool extend) {
 }
 
 bool Grid::userJumpTo(std::string_view typed) {
-    const std::string wanted = folded(typed);
+    const std::string wanted = text::folded(typed);
     const std::int32_t count = rows_.shownCount();
     const std::int32_t current = std::max(selection_.row, 1) - 1;
     const std::int32_t first = typed.size() > 1 ? current : current + 1;
     for (std::int32_t i = 0; enabled && !wanted.empty() && i < count; ++i) {
         const std::int32_t at = (first + i) % count;
-        if (!folded(rows_.cell(at, selection_.column)).starts_with(wanted))
+        if (!text::folded(rows_.cell(at, selection_.column)).starts_with(wanted))
             continue;
         setCurrentCell(at + 1, selection_.column);
         return true;

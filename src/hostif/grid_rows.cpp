@@ -1,12 +1,10 @@
 #include "hostif/grid_rows.h"
 
 #include "hostif/value.h"
+#include "text/blanks.h"
 #include "text/letters.h"
-#include "text/utf8.h"
 
 #include <algorithm>
-#include <charconv>
-#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -14,33 +12,6 @@ namespace genutil {
 namespace {
 
 const std::string noText;
-
-constexpr bool isAscii(char c) {
-    return static_cast<unsigned char>(c) < 0x80;
-}
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-// The number that a text is as a whole, as numbers are shown in the user's locale.
-std::optional<double> wholeNumber(std::string_view text) {
-    // Most texts of a list are none, and a comparison of first characters tells.
-    if (text.find_first_of("0123456789") == std::string_view::npos)
-        return std::nullopt;
-    std::string plain(text);
-    const std::string& point = numberLocale().decimalPoint;
-    if (const auto at = plain.find(point); at != std::string::npos)
-        plain.replace(at, point.size(), ".");
-    const bool signedPlus = plain.starts_with('+') && !plain.starts_with("+-");
-    const char* const begin = plain.data() + (signedPlus ? 1 : 0);
-    const char* const end = plain.data() + plain.size();
-    double number = 0;
-    const auto [stop, fault] = std::from_chars(begin, end, number);
-    return fault == std::errc() && stop == end ? std::optional(number) : std::nullopt;
-}
 
 // What a text is compared by.
 struct SortKey {
@@ -59,33 +30,15 @@ struct SortKey {
 SortKey keyOf(const std::string& text, GridOrder order) {
     if (order == GridOrder::Numeric)
         return {SortKey::Number, leadingNumber(text), {}};
-    const std::string_view shown = trimmed(text);
+    const std::string shown = text::trimBlanks(text);
     if (shown.empty())
         return {};
     if (const auto number = wholeNumber(shown))
         return {SortKey::Number, *number, {}};
-    return {SortKey::Text, 0, folded(shown)};
+    return {SortKey::Text, 0, text::folded(shown)};
 }
 
 } // namespace
-
-std::string folded(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) {
-        if (isAscii(text[at])) {
-            result += static_cast<char>(text::foldCase(static_cast<unsigned char>(text[at++])));
-            continue;
-        }
-        const text::DecodedCharacter next = text::decodeUtf8(text, at);
-        if (next.valid)
-            text::appendUtf8(result, text::foldCase(next.codePoint));
-        else
-            result += text.substr(at, next.length);
-        at += next.length;
-    }
-    return result;
-}
 
 void GridRows::clear() {
     *this = GridRows();
@@ -133,7 +86,7 @@ void GridRows::filter(std::string_view words, std::int32_t columns) {
     words_.clear();
     for (std::size_t start = 0; (start = words.find_first_not_of(' ', start)) != std::string_view::npos;) {
         const std::size_t end = std::min(words.find(' ', start), words.size());
-        words_.push_back(folded(words.substr(start, end - start)));
+        words_.push_back(text::folded(words.substr(start, end - start)));
         start = end;
     }
     applyFilter();
@@ -149,7 +102,7 @@ void GridRows::applyFilter() {
         for (std::size_t row = 0; row < rows_.size(); ++row)
             for (std::size_t column = 0; column < std::min(searched_, rows_[row].size()); ++column)
                 // A line end is in no word, so none is found across two cells.
-                folded_[row].append(folded(rows_[row][column])).append(1, '\n');
+                folded_[row].append(text::folded(rows_[row][column])).append(1, '\n');
     }
     shown_.clear();
     std::ranges::copy_if(ordered_, std::back_inserter(shown_), [&](Index row) {

@@ -49,7 +49,4 @@ private:
     std::size_t searched_ = 0;        // columns
 };
 
-// The text with the two cases of a letter made one, as filters and orders compare.
-std::string folded(std::string_view text);
-
 } // namespace genutil

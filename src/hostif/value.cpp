@@ -244,6 +244,28 @@ std::string numberText(double value, int digits) {
     return text;
 }
 
+std::string withPoint(std::string_view text) {
+    std::string plain(text);
+    const std::string& point = numberLocale().decimalPoint;
+    if (const auto at = plain.find(point); at != std::string::npos)
+        plain.replace(at, point.size(), ".");
+    return plain;
+}
+
+std::optional<double> wholeNumber(std::string_view text) {
+    // Most texts of a list have no digit, and are not copied.
+    if (text.find_first_of("0123456789") == std::string_view::npos)
+        return std::nullopt;
+    const std::string plain = withPoint(text);
+    if (plain.find_first_not_of("+-.0123456789eE") != std::string::npos)
+        return std::nullopt;
+    const bool hasPlus = plain.starts_with('+') && !plain.starts_with("+-");
+    const char* const end = plain.data() + plain.size();
+    double number = 0;
+    const auto [stop, fault] = std::from_chars(plain.data() + (hasPlus ? 1 : 0), end, number);
+    return fault == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+}
+
 double leadingNumber(std::string_view text) {
     std::string plain;
     for (const char c : text)

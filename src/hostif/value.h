@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -77,6 +78,13 @@ private:
 // notation
 // ("1.5E+20", "1E-16").
 std::string numberText(double value, int digits = 15);
+
+// The text with the locale's decimal separator made a point.
+std::string withPoint(std::string_view text);
+
+// The number that a text is as a whole, with a point or the locale's decimal separator and without group
+// separators; nothing for any other text, blanks and the names of infinities included.
+std::optional<double> wholeNumber(std::string_view text);
 
 // The leading number of a text, blanks ignored, a point as the decimal separator whatever the locale; 0
 // without one.

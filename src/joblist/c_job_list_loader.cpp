@@ -1,7 +1,7 @@
 #include "joblist/c_job_list_loader.h"
 
 #include "joblist/job_errors.h"
-#include "joblist/job_names.h"
+#include "text/blanks.h"
 
 namespace genutil {
 namespace {
@@ -52,7 +52,7 @@ void cJobListLoader::prepare(frmJobList& form, const RecordPtr& IHelp, const Rec
             current.jobCfg, current.jobGeneral, true);
     } else {
         form.thisJob->put(job::JobPath,
-            trimBlanks(component().genProcs().ReadSetting(form.settingsFile,
+            text::trimBlanks(component().genProcs().ReadSetting(form.settingsFile,
                 component().regInfo().SettingsSection(), program::DataPath.name, "", true, false)));
     }
     form.showExt = showExt;

@@ -1,6 +1,5 @@
 #include "joblist/column_layout.h"
-
-#include "joblist/job_names.h"
+#include "text/blanks.h"
 
 #include <charconv>
 #include <cmath>
@@ -13,7 +12,7 @@ constexpr double widestColumn = 100000; // twips: wider than any screen
 
 std::optional<std::int32_t> columnTitled(const Grid& grid, std::string_view title) {
     for (std::int32_t column = 0; column < grid.columnCount(); ++column)
-        if (!title.empty() && trimBlanks(grid.column(column).title) == title)
+        if (!title.empty() && text::trimBlanks(grid.column(column).title) == title)
             return column;
     return std::nullopt;
 }
@@ -41,7 +40,7 @@ std::string columnLayout(const Grid& grid) {
         const Grid::Column& column = grid.column(grid.columnAt(position));
         if (column.title.empty())
             continue;
-        layout.append(layout.empty() ? "" : ";").append(trimBlanks(column.title)).append("=");
+        layout.append(layout.empty() ? "" : ";").append(text::trimBlanks(column.title)).append("=");
         layout += column.sizedByUser ? std::to_string(std::lround(column.width)) : "*";
         layout += column.hidden ? ",hidden" : "";
     }

@@ -3,6 +3,7 @@
 #include "joblist/job_cells.h"
 #include "joblist/job_names.h"
 #include "joblist/text_widths.h"
+#include "text/blanks.h"
 
 #include <algorithm>
 
@@ -205,7 +206,7 @@ std::string frmJobList::ColumnItem(
         "ColumnItem",
         [&] {
             std::string shown = text;
-            if (trimBlanks(text).empty()) {
+            if (text::isBlank(text)) {
                 const std::string& stored =
                     table.jobList.at(std::size_t(row) - 1).at(std::size_t(column) - 1);
                 shown =

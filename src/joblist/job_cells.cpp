@@ -3,8 +3,8 @@
 #include "hostif/date.h"
 #include "hostif/error.h"
 #include "hostif/value.h"
-#include "joblist/job_names.h"
 #include "text/ascii.h"
+#include "text/blanks.h"
 #include "text/utf8.h"
 
 #include <array>
@@ -20,7 +20,7 @@ const std::string& stored(const JobRow& job, std::int32_t column) {
 // The part of a date text that holds the date: without the weekday and what separates it.
 std::string datePart(const std::string& text) {
     const std::size_t comma = text.find(',');
-    const std::string part = trimBlanks(comma == std::string::npos ? text : text.substr(comma));
+    const std::string part = text::trimBlanks(comma == std::string::npos ? text : text.substr(comma));
     const std::size_t start = part.find_first_not_of(", ");
     return start == std::string::npos ? std::string() : part.substr(start);
 }
@@ -61,7 +61,7 @@ std::string coordSystemText(const std::string& text) {
 }
 
 std::string limitedText(const std::string& text, std::int32_t limit) {
-    const std::string trimmed = trimBlanks(text);
+    const std::string trimmed = text::trimBlanks(text);
     std::size_t end = 0;
     for (std::int32_t i = 0; i < limit && end < trimmed.size(); ++i)
         end += text::decodeUtf8(trimmed, end).length;
@@ -75,7 +75,7 @@ std::string fullText(const JobRow& job, std::int32_t column) {
     if (column == jobcolumn::CreateDate)
         if (const auto date = tryShownDate(text); date && !date->text.empty())
             return date->text;
-    return trimBlanks(text);
+    return text::trimBlanks(text);
 }
 
 std::int32_t dateKey(const JobRow& job) {

@@ -2,7 +2,7 @@
 
 #include "hostif/program.h"
 #include "joblist/job_errors.h"
-#include "joblist/job_names.h"
+#include "text/blanks.h"
 
 #include <numeric>
 
@@ -45,7 +45,7 @@ std::string middle(const JobSummary& job, const Property<double>& least, const P
     StringUtilities& strUtil = job.component.strUtil();
     if (angleKind)
         return strUtil.AngleText(centre.toText(), 0, angleKind, 0);
-    return trimBlanks(strUtil.FormatValue(centre, "#######0", ""));
+    return text::trimBlanks(strUtil.FormatValue(centre, "#######0", ""));
 }
 
 bool isGeographic(const JobSummary& job) {

@@ -5,6 +5,7 @@
 #include "joblist/job_fields.h"
 #include "joblist/job_files.h"
 #include "joblist/job_names.h"
+#include "text/blanks.h"
 
 namespace genutil {
 namespace {
@@ -41,7 +42,7 @@ void JobDiscovery::readFolder() {
 
 void JobDiscovery::readFiles() {
     Record& job = required(thisJob, "the job of the job list");
-    job.put(job::JobPath, trimBlanks(job.get(job::JobPath)));
+    job.put(job::JobPath, text::trimBlanks(job.get(job::JobPath)));
     const std::string jobPath = job.get(job::JobPath);
     if (setCaption)
         setCaption("List Jobs - " + jobPath);

@@ -11,9 +11,6 @@ namespace genutil {
 // the one character that stands for its two cases.
 std::string upperCase(std::string_view name);
 
-// The text without the blanks around it.
-std::string trimBlanks(std::string_view text);
-
 // Splits a file name at its first "." and makes the two parts the name and the extension, dot included, of
 // the job. A name without a "." changes nothing.
 void GetJobnameParts(Component& component, Record& thisJob, const std::string& fileName);

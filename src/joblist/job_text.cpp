@@ -22,20 +22,10 @@ const JobColumn& columnOf(std::int32_t column) {
     return jobColumns()[std::size_t(column) - 1];
 }
 
-// A number as a column of numbers shows it, with a point; nothing for a text.
-std::optional<std::string> plainNumber(std::string text) {
-    const std::string& point = numberLocale().decimalPoint;
-    if (const auto at = text.find(point); at != std::string::npos)
-        text.replace(at, point.size(), ".");
-    double number = 0;
-    const auto [stop, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isNumber = fault == std::errc() && stop == text.data() + text.size() &&
-                          text.find_first_not_of("+-.0123456789eE") == std::string::npos;
-    return isNumber ? std::optional(text) : std::nullopt;
-}
-
-bool isNumber(std::int32_t column, const std::string& text) {
-    return columnOf(column).content == ColumnContent::Number && plainNumber(text);
+// The number in a column of numbers; nothing for a text.
+std::optional<double> numberIn(std::int32_t column, const std::string& text) {
+    return columnOf(column).content == ColumnContent::Number && !text.starts_with('+') ? wholeNumber(text)
+                                                                                       : std::nullopt;
 }
 
 // ---- tab- and comma-separated
@@ -43,7 +33,7 @@ bool isNumber(std::int32_t column, const std::string& text) {
 std::string separatedCell(std::int32_t column, std::string text, char separator) {
     // A spreadsheet takes what begins like this for a formula; the apostrophe says that it is a text.
     if (!text.empty() && std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos &&
-        !isNumber(column, text))
+        !numberIn(column, text))
         text.insert(0, 1, '\'');
     if (text.find_first_of(std::string{separator, '"', '\r', '\n'}) == std::string::npos)
         return text;
@@ -90,10 +80,8 @@ void appendJsonText(std::string& out, std::string_view text) {
     out += '"';
 }
 
-// Our numbers as JSON has them: no plus sign, a digit before the point.
-std::string jsonNumber(const std::string& text) {
-    double number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number);
+// With a point and without a plus sign.
+std::string jsonNumber(double number) {
     std::array<char, 32> digits;
     const auto [end, fault] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
     return fault == std::errc() ? std::string(digits.data(), end) : "null";
@@ -108,8 +96,8 @@ std::string writeJson(const std::vector<const JobRow*>& rows, const std::vector<
             appendJsonText(out, columnOf(column).title);
             out += ": ";
             const std::string text = fullText(*row, column);
-            if (isNumber(column, text))
-                out += jsonNumber(*plainNumber(text));
+            if (const auto number = numberIn(column, text))
+                out += jsonNumber(*number);
             else
                 appendJsonText(out, text);
         }

@@ -3,8 +3,6 @@
 namespace genutil {
 namespace {
 
-constexpr std::int16_t optionSetMode = 1;
-
 // What both dialogs are given and give back.
 template<class FormType>
 void prepare(FormType& form, std::int16_t mode, bool optionsSaved, const RecordPtr& LSOptPref,
@@ -38,8 +36,8 @@ void cLS_OptsLoader::LoadLSOptionsForm(bool instantHelp, std::int16_t optionsMod
                 prepare(form, optionsMode, optionsSaved, LSOptPref, LSOptPrefDefaults, prog);
             },
             [&](frmLS_Options& form) {
-                form.Form_Setup(
-                    prog->get(program::HelpSource), optionsMode == optionSetMode ? nullptr : dataHeaderTable);
+                form.Form_Setup(prog->get(program::HelpSource),
+                    optionsMode == lsmode::OptionSet ? nullptr : dataHeaderTable);
             },
             [&](frmLS_Options& form) { collect(form, optionsSaved, LSOptPref); });
     });
@@ -54,7 +52,7 @@ void cLS_SaveOptsLoader::LoadLSSaveOptsForm(std::int16_t optionsMode, bool& opti
                 prepare(form, optionsMode, optionsSaved, LSOptPref, LSOptPrefDefaults, prog);
             },
             [&](frmLS_SaveOptions& form) {
-                form.Form_Setup(optionsMode == optionSetMode ? nullptr : dataHeaderTable);
+                form.Form_Setup(optionsMode == lsmode::OptionSet ? nullptr : dataHeaderTable);
             },
             [&](frmLS_SaveOptions& form) { collect(form, optionsSaved, LSOptPref); });
     });

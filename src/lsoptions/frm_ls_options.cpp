@@ -11,11 +11,6 @@ constexpr HelpTopics helpTopics{8300, 8301, 8330, 19004, 19006};
 
 constexpr int defaultsTopic = 8313;
 
-constexpr std::int16_t optionSetMode = 1;
-constexpr std::int16_t pageMode = 2;
-constexpr std::int16_t headerMode = 3;
-constexpr std::int16_t headerAndSetMode = 4;
-
 // The lists in the order in which their labels are handed to instant help.
 constexpr std::array labelledLists{29, 28, 15, 30, 31, 32, 48};
 // What the state at the end of loading is taken of.
@@ -84,6 +79,8 @@ void frmLS_Options::makeControls() {
     }
     for (std::size_t i = 0; i < lists.size(); ++i)
         dummyLabels[i].helpContextId = lists[i].helpContextId;
+    cmdOK.helpContextId = helpTopics.firstShared;
+    cmdCancel.helpContextId = helpTopics.lastShared;
     cmdDefaults.helpContextId = defaultsTopic;
     for (Button* button : {&cmdOK, &cmdCancel, &cmdDefaults})
         button->tabIndex = next++;
@@ -125,7 +122,7 @@ void frmLS_Options::Form_Setup(const std::string& helpSource, const std::shared_
         loadByMode(table);
         for (const int option : watched)
             initialState_[option] = stateOf(option);
-        if (LSOptionsMode == pageMode || LSOptionsMode == headerMode)
+        if (LSOptionsMode == lsmode::Page || LSOptionsMode == lsmode::Header)
             greySpatialRows();
         component().desktop().setPointer(Pointer::Default);
         setupDone_ = true;
@@ -137,17 +134,17 @@ void frmLS_Options::Form_Setup(const std::string& helpSource, const std::shared_
 
 void frmLS_Options::loadByMode(const std::shared_ptr<Recordset>& table) {
     switch (LSOptionsMode) {
-    case optionSetMode:
+    case lsmode::OptionSet:
         cmdDefaults.visible = false;
         GetDefaultData(LSOptPref);
         break;
-    case pageMode:
+    case lsmode::Page:
         table_ = table;
         if (page() >= 0)
             GetDataPage(page());
         break;
-    case headerMode:
-    case headerAndSetMode:
+    case lsmode::Header:
+    case lsmode::HeaderAndSet:
         table_ = table;
         GetTravHeaderData();
         break;

@@ -87,6 +87,8 @@ private:
     void showMarks();
     // Adds the default values to the controls' tooltips.
     void explainDefaults();
+    // What the option's control shows, and what it shows for the default.
+    std::string shownValue(const LSOption& option);
     std::string shownDefault(const LSOption& option);
     void noteChoice(int option);
     void clickScaleErrorEllipses();

@@ -1,6 +1,7 @@
 #include "lsoptions/frm_ls_options.h"
 
 #include "lsoptions/ls_numbers.h"
+#include "text/blanks.h"
 
 // Between the controls and what stores the options.
 namespace genutil {
@@ -9,10 +10,6 @@ namespace {
 // The pages of DataMode 1, 2, 3 and 4.
 constexpr std::array pages{0, 3, 2, 1};
 constexpr std::string_view fileType = "FileType";
-
-bool isBlank(const std::string& text) {
-    return text.find_first_not_of(' ') == std::string::npos;
-}
 
 } // namespace
 
@@ -70,7 +67,7 @@ void frmLS_Options::SaveLSOptionsData(Recordset& record) {
             Value value;
             if (option.kind == LSControl::Box) {
                 const std::string& text = boxOf(number).text;
-                value = isBlank(text) ? Value() : Value(text);
+                value = text::isBlank(text) ? Value() : Value(text);
             } else if (option.kind == LSControl::Check) {
                 value = checkOf(number).ticked.get();
             } else if (const auto item = listOf(number).selectedItem()) {

@@ -1,6 +1,7 @@
 #include "lsoptions/frm_ls_options.h"
 
 #include "lsoptions/ls_numbers.h"
+#include "text/blanks.h"
 
 #include <cmath>
 
@@ -9,6 +10,10 @@ namespace genutil {
 namespace {
 
 constexpr int scaleErrorEllipses = 7, autoRescale = 26, unitWeights = 3;
+
+std::string shownTruth(bool isOn) {
+    return isOn ? "on" : "off";
+}
 
 } // namespace
 
@@ -47,8 +52,6 @@ void frmLS_Options::connectBox(const LSOption& option) {
 }
 
 void frmLS_Options::connectButtons() {
-    cmdOK.helpContextId = 19004;
-    cmdCancel.helpContextId = 19006;
     on(cmdOK.click, "cmdOK_Click", [this] {
         if (dataChanged_)
             saveByMode();
@@ -94,7 +97,7 @@ void frmLS_Options::leaveBox(const LSOption& option) {
     TextBox& box = boxOf(option.number);
     const bool isLimit = option.check == LSCheck::LimitNotZero;
     // An emptied limit stays empty, and is refused.
-    if (!isLimit || box.text.get().find_first_not_of(' ') != std::string::npos) {
+    if (!isLimit || !text::isBlank(box.text.get())) {
         const double value = lsValueOf(box.text.get());
         box.text = formatted(option, isLimit ? std::fabs(value) : value);
     }
@@ -141,21 +144,13 @@ void frmLS_Options::noteChoice(int option) {
     showMark(lsOption(option));
 }
 
-// What the option's control shows for its default value; boxes as formatted texts, the others as states.
-bool frmLS_Options::differsFromDefault(const LSOption& option) {
-    if (!LSOptPrefDefaults || !setupDone_)
-        return false;
-    const Value usual = memberOf(*LSOptPrefDefaults, option);
-    switch (option.kind) {
-    case LSControl::Box:
-        return lsValueOf(boxOf(option.number).text.get()) != lsValueOf(formatted(option, usual.toDouble()));
-    case LSControl::Check:
-        return checkOf(option.number).ticked != usual.toBool();
-    default: {
-        const ComboBox& list = listOf(option.number);
-        return list.listIndex != SetComboIndex(usual, usual, list, option.kind == LSControl::CodeList);
-    }
-    }
+std::string frmLS_Options::shownValue(const LSOption& option) {
+    if (option.kind == LSControl::Box)
+        return boxOf(option.number).text;
+    if (option.kind == LSControl::Check)
+        return shownTruth(checkOf(option.number).ticked);
+    const auto item = listOf(option.number).selectedItem();
+    return item ? item->text : std::string();
 }
 
 std::string frmLS_Options::shownDefault(const LSOption& option) {
@@ -163,10 +158,18 @@ std::string frmLS_Options::shownDefault(const LSOption& option) {
     if (option.kind == LSControl::Box)
         return formatted(option, usual.toDouble());
     if (option.kind == LSControl::Check)
-        return usual.toBool() ? "on" : "off";
+        return shownTruth(usual.toBool());
     const ComboBox& list = listOf(option.number);
     const auto position = SetComboIndex(usual, usual, list, option.kind == LSControl::CodeList);
     return position < 0 ? std::string() : list.items.get()[std::size_t(position)].text;
+}
+
+bool frmLS_Options::differsFromDefault(const LSOption& option) {
+    if (!LSOptPrefDefaults || !setupDone_)
+        return false;
+    const std::string shown = shownValue(option);
+    const std::string usual = shownDefault(option);
+    return option.kind == LSControl::Box ? lsValueOf(shown) != lsValueOf(usual) : shown != usual;
 }
 
 void frmLS_Options::explainDefaults() {
@@ -205,17 +208,17 @@ void frmLS_Options::clickUnitWeights() {
 
 void frmLS_Options::saveByMode() {
     switch (LSOptionsMode) {
-    case 1:
+    case lsmode::OptionSet:
         SaveDefaultData();
         break;
-    case 2:
+    case lsmode::Page:
         if (page() >= 0)
             SaveDataPage(page());
         break;
-    case 3:
+    case lsmode::Header:
         SaveHeaderData();
         break;
-    case 4:
+    case lsmode::HeaderAndSet:
         SaveHeaderData();
         SaveDefaultData();
         break;

@@ -9,9 +9,6 @@ namespace {
 
 constexpr int helpTopic = 8340;
 
-constexpr std::int16_t optionSetMode = 1;
-constexpr std::int16_t headerMode = 4;
-
 // The options' numbers, in the order of the check boxes; the rule for entries comes last.
 constexpr int firstCheck = 49;
 constexpr int pointEntry = 53;
@@ -79,9 +76,9 @@ void frmLS_SaveOptions::connectControls() {
                 chkPtEntryFixed.ticked = false;
         });
     on(cmdOK.click, "cmdOK_Click", [this] {
-        if (settingsChanged_ && LSOptionsMode == headerMode)
+        if (settingsChanged_ && LSOptionsMode == lsmode::HeaderAndSet)
             SaveLSOptionsData(required(table_, "dataHeaderTable"));
-        if (settingsChanged_ && (LSOptionsMode == headerMode || LSOptionsMode == optionSetMode))
+        if (settingsChanged_ && (LSOptionsMode == lsmode::HeaderAndSet || LSOptionsMode == lsmode::OptionSet))
             SaveDefaultData();
         unload();
     });
@@ -107,9 +104,9 @@ void frmLS_SaveOptions::Form_Setup(const std::shared_ptr<Recordset>& table) {
         component(), [] { return std::string("(Form) frmLSSaveOptions::Sub Form_Setup"); },
         [&] {
             keyPreview = true;
-            if (LSOptionsMode == optionSetMode) {
+            if (LSOptionsMode == lsmode::OptionSet) {
                 GetDefaultData(LSOptPref);
-            } else if (LSOptionsMode == headerMode) {
+            } else if (LSOptionsMode == lsmode::HeaderAndSet) {
                 table_ = table;
                 GetLSOptionsData(required(table_, "dataHeaderTable"));
             }

@@ -15,6 +15,14 @@ namespace genutil {
 using LSMember = std::variant<Property<double>, Property<float>, Property<std::int16_t>,
     Property<std::int32_t>, Property<bool>, Property<std::string>>;
 
+// What the option dialogs edit; the point-save dialog knows the first and the last.
+namespace lsmode {
+inline constexpr std::int16_t OptionSet = 1;
+inline constexpr std::int16_t Page = 2;
+inline constexpr std::int16_t Header = 3;
+inline constexpr std::int16_t HeaderAndSet = 4;
+} // namespace lsmode
+
 // What shows an option: a text box, a check box, a list by its items' texts or by their codes; or the dialog
 // of the point-save options.
 enum class LSControl { Box, Check, TextList, CodeList, PointSave };

@@ -1,5 +1,7 @@
 #include "text/letters.h"
 
+#include "text/utf8.h"
+
 namespace genutil::text {
 
 namespace {
@@ -64,6 +66,24 @@ char32_t foldCase(char32_t codePoint) {
     if (codePoint < 0x0400)
         return foldGreek(codePoint);
     return codePoint < 0x0530 ? foldCyrillic(codePoint) : codePoint;
+}
+
+std::string folded(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        if (static_cast<unsigned char>(text[at]) < 0x80) {
+            result += static_cast<char>(foldCase(static_cast<unsigned char>(text[at++])));
+            continue;
+        }
+        const DecodedCharacter next = decodeUtf8(text, at);
+        if (next.valid)
+            appendUtf8(result, foldCase(next.codePoint));
+        else
+            result += text.substr(at, next.length);
+        at += next.length;
+    }
+    return result;
 }
 
 bool isWordCharacter(char32_t c) {

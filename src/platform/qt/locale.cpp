@@ -1,8 +1,8 @@
 #include "platform/qt/locale.h"
 
 #include "hostif/date.h"
-#include "hostif/grid_rows.h"
 #include "hostif/value.h"
+#include "text/letters.h"
 
 #include <QDate>
 #include <QLocale>
@@ -74,7 +74,7 @@ private:
             if (c.isLetter() || c.isMark() || c.isSurrogate())
                 word += c;
             else if (!word.isEmpty())
-                words.push_back(folded(std::exchange(word, {}).toStdString()));
+                words.push_back(genutil::text::folded(std::exchange(word, {}).toStdString()));
         }
         return words;
     }
