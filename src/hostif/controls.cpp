@@ -183,6 +183,10 @@ std::span<const ScriptMember> FloodGauge::ownMembers() const {
 Tabs::Tabs(Form& owner, std::string name, std::vector<std::string> tabTitles)
     : Control(owner, std::move(name)), titles(std::move(tabTitles)) {}
 
+LineSample::LineSample(Form& owner, std::string name, Rgb initialColor, LineStyle lineStyle, int pixels)
+    : Control(owner, std::move(name)), color(*this, Aspect::Colour, initialColor), style(lineStyle),
+      lineWidth(pixels) {}
+
 WebView::WebView(Form& owner, std::string name) : Control(owner, std::move(name)) {}
 
 } // namespace genutil

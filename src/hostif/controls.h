@@ -167,6 +167,22 @@ public:
     Observed<std::int16_t> current{*this, Aspect::Value, 0};
 };
 
+struct Rgb {
+    std::uint8_t red = 0, green = 0, blue = 0;
+    friend bool operator==(const Rgb&, const Rgb&) = default;
+};
+enum class LineStyle { Solid, Dashed, Dotted, DashDot };
+
+// A short line in the colour and style of a legend.
+class LineSample : public Control {
+public:
+    LineSample(Form& form, std::string name, Rgb initialColor, LineStyle lineStyle, int lineWidth = 1);
+
+    Observed<Rgb> color;
+    const LineStyle style;
+    const int lineWidth; // pixels
+};
+
 // An embedded web page.
 class WebView : public Control {
 public:

@@ -55,6 +55,8 @@ inline constexpr Property<std::string> DatumH{"DatumH"};
 inline constexpr Property<double> DeflectionNS{"DeflectionNS"};
 inline constexpr Property<double> DeflectionEW{"DeflectionEW"};
 inline constexpr Property<std::int16_t> ApproxLat{"ApproxLat"};
+inline constexpr Property<bool> GeodeticDisplays{"GeodeticDisplays"}; // geographic plots, N-values and zones
+inline constexpr Property<bool> NoLinearScale{"NoLinearScale"};       // plots without a scale bar
 } // namespace jobcfg
 
 namespace jobgeneral {
@@ -70,7 +72,21 @@ inline constexpr Property<double> MaximumX{"MaximumX"};
 inline constexpr Property<double> MaximumY{"MaximumY"};
 } // namespace jobgeneral
 
-// The host's main window, lengths in twips; picPlot and picContainer are objects of it.
+// The user's general preferences.
+namespace genprefs {
+inline constexpr Property<bool> StartMaximized{"StartMaximized"};
+inline constexpr Property<std::int16_t> ListGroup{"ListGroup"}; // 0 program's, 1 data path's "List"; 2 data's
+// A path; or a path, character 127 and switches.
+inline constexpr Property<std::string> DefaultEditor{"DefaultEditor"};
+inline constexpr Property<bool> MultiplePointEntry{"MultiplePointEntry"};
+inline constexpr Property<double> KFactor{"KFactor"}; // refraction index
+inline constexpr Property<bool> KeepBackupsInRecycleBin{"KeepBackupsInRecycleBin"};
+inline constexpr Property<bool> ShowExtension{"ShowExtension"};
+inline constexpr Property<bool> LoadLastJob{"LoadLastJob"};
+} // namespace genprefs
+
+// The host's main window, lengths in twips; picPlot, picContainer and picScaleBar and the menu items are
+// objects of it.
 namespace mainform {
 inline constexpr Property<std::int16_t> windowState{"windowState"};
 inline constexpr Property<double> Left{"Left"};
@@ -79,6 +95,10 @@ inline constexpr Property<double> Width{"Width"};
 inline constexpr Property<double> Height{"Height"};
 inline constexpr const char* picPlot = "picPlot";
 inline constexpr const char* picContainer = "picContainer";
+inline constexpr const char* picScaleBar = "picScaleBar";
+inline constexpr const char* mnuHelpInstantHelp = "mnuHelpInstantHelp";
+inline constexpr Property<bool> Checked{"Checked"}; // of a menu item
+inline constexpr Property<bool> Visible{"Visible"}; // of a picture
 } // namespace mainform
 
 namespace instanthelp {
