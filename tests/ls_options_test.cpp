@@ -262,6 +262,35 @@ TEST_F(LSDialog, FallsBackOnWhatItHasWhereTheRecordSaysNothing) {
     EXPECT_EQ(fake::errorOf([&] { show(3, [](auto&) { FAIL(); }); }), errors::ObjectNotSet);
 }
 
+TEST_F(LSDialog, FailsBeforeItIsShownOnWhatItCannotUse) {
+    const auto failure = [&](std::int16_t mode) {
+        return fake::errorOf([&] {
+            show(
+                mode, [](auto&) { FAIL(); }, 4);
+        });
+    };
+    table->addRow().erase("VectorsCentV");
+    EXPECT_EQ(failure(4), errors::ItemNotFound);
+    table->rows.clear();
+    table->addRow()["UnitWts"] = "perhaps";
+    EXPECT_EQ(failure(3), errors::TypeMismatch);
+    table->rows.clear();
+    table->addRow().erase("FileType");
+    EXPECT_EQ(failure(2), errors::ItemNotFound);
+    options = std::make_shared<fake::FakeRecord>();
+    EXPECT_EQ(failure(1), errors::NoSuchMember);
+
+    // Neither of them loads anything or saves it.
+    for (const std::int16_t mode : {std::int16_t{0}, std::int16_t{5}})
+        show(mode, [&](frmLS_Options& form) {
+            EXPECT_EQ(form.boxOf(16).text.get() + form.boxOf(37).text.get(), " 10.0(Hidden)");
+            form.checkOf(5).userToggle();
+            form.cmdOK.userPress();
+            EXPECT_FALSE(form.isLoaded());
+        });
+    EXPECT_FALSE(saved);
+}
+
 TEST_F(LSDialog, LeavesTheHostsChoiceWhenNothingIsSaved) {
     desktop.answers = {Answer::No, Answer::Yes};
     const RecordPtr before = options;

@@ -123,5 +123,46 @@ TEST_F(LSOptionsWindowTest, MarksAndColoursShowWithoutMovingAnything) {
     EXPECT_EQ(heard, 1);
 }
 
+TEST_F(LSOptionsWindowTest, NumbersBelowEachOtherStandOnTheirDecimalPoints) {
+    const auto pointOf = [&](int option) {
+        auto* const box = static_cast<QLineEdit*>(view(option));
+        const qsizetype point = box->text().indexOf(QLocale().decimalPoint());
+        box->setCursorPosition(point < 0 ? int(box->text().size()) : int(point));
+        return box->mapTo(window, box->inputMethodQuery(Qt::ImCursorRectangle).toRectF().center()).x();
+    };
+    const auto expectAligned = [&](const char* when) {
+        QCoreApplication::processEvents();
+        window->grab(); // boxes place their texts when they paint
+        for (const auto& [first, others] : std::initializer_list<std::pair<int, std::vector<int>>>{
+                 {16, {10, 18, 12, 14, 21, 25}}, {13, {20}}, {17, {11, 19, 33}}, {8, {9}}, {1, {2}}})
+            for (const int other : others)
+                EXPECT_NEAR(pointOf(first), pointOf(other), 1)
+                    << when << ", options " << first << ", " << other;
+    };
+    form->boxOf(10).text = "10.5";
+    form->boxOf(18).text = "-1234567.1234567"; // as much as the box holds
+    form->boxOf(18).text = "7";
+    expectAligned("loaded");
+    view(10)->setFocus();
+    QTest::keyClicks(view(10), "2.125");
+    QTest::keyClick(view(10), Qt::Key_Tab);
+    expectAligned("typed");
+}
+
+TEST_F(LSOptionsWindowTest, TheWheelChangesOnlyTheListThatHasTheFocus) {
+    QWidget* const list = view(15);
+    const auto turn = [&] {
+        const QPointF at(5, 5);
+        QWheelEvent wheel(
+            at, list->mapToGlobal(at), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(list, &wheel);
+        return form->listOf(15).listIndex.get();
+    };
+    EXPECT_EQ(turn(), 3);
+    EXPECT_FALSE(list->hasFocus());
+    list->setFocus();
+    EXPECT_EQ(turn(), 4);
+}
+
 } // namespace
 } // namespace genutil

@@ -86,17 +86,37 @@ private:
     QPointer<QWidget> bar_;
 };
 
-} // namespace
+// Shows the colours anew when the theme changes.
+class ThemeFollower : public QObject {
+public:
+    explicit ThemeFollower(QWidget& view) : QObject(&view), view_(view) {
+        setObjectName(QLatin1String(name));
+        view.installEventFilter(this);
+    }
 
-void showBackColor(QWidget& view, BackColor meaning) {
+    static constexpr const char* name = "themeFollower";
+    BackColor meaning = BackColor::Normal;
+
+    void show() const;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::ApplicationPaletteChange)
+            show();
+        return false;
+    }
+
+private:
+    QWidget& view_;
+};
+
+void ThemeFollower::show() const {
     // A label shows its background only when it is told to.
-    if (qobject_cast<QLabel*>(&view))
-        view.setAutoFillBackground(meaning != BackColor::Normal);
+    if (qobject_cast<QLabel*>(&view_))
+        view_.setAutoFillBackground(meaning != BackColor::Normal);
     if (meaning == BackColor::Normal) {
-        view.setPalette(QPalette());
+        view_.setPalette(QPalette());
         return;
     }
-    const QPalette usual = QApplication::palette(&view);
+    const QPalette usual = QApplication::palette(&view_);
     const auto [background, text] = coloursOf(meaning, usual);
     QPalette palette = usual;
     for (const auto role : {QPalette::Base, QPalette::Button, QPalette::Window})
@@ -105,7 +125,20 @@ void showBackColor(QWidget& view, BackColor meaning) {
     for (const auto group : {QPalette::Active, QPalette::Inactive})
         for (const auto role : {QPalette::Text, QPalette::ButtonText, QPalette::WindowText})
             palette.setColor(group, role, text);
-    view.setPalette(palette);
+    view_.setPalette(palette);
+}
+
+} // namespace
+
+void showBackColor(QWidget& view, BackColor meaning) {
+    auto* follower = static_cast<ThemeFollower*>(
+        view.findChild<QObject*>(QLatin1String(ThemeFollower::name), Qt::FindDirectChildrenOnly));
+    if (!follower && meaning == BackColor::Normal)
+        return; // it has never had another
+    if (!follower)
+        follower = new ThemeFollower(view);
+    follower->meaning = meaning;
+    follower->show();
 }
 
 void showMark(QWidget& view, bool marked) {

@@ -6,7 +6,8 @@ class QWidget;
 
 namespace genutil {
 
-// Gives the view the colours of a background's meaning, of the theme in use when it is called.
+// Gives the view the colours that a background's meaning has in the theme, and keeps to the theme when it
+// changes.
 void showBackColor(QWidget& view, BackColor meaning);
 
 // A thin bar in the accent colour left of the view, 5 pixels into the margin beside it; nothing moves for it.

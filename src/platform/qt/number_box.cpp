@@ -2,7 +2,15 @@
 
 #include <QStyleOptionFrame>
 
+#include <algorithm>
+
 namespace genutil {
+namespace {
+
+// The toolkit's box keeps 2 pixels free on either side of the text, and the caret needs its own.
+constexpr int frameAndCaret = 2 * 2 + 2;
+
+} // namespace
 
 NumberBox::NumberBox(QWidget* parent) : QLineEdit(parent) {
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -11,15 +19,20 @@ NumberBox::NumberBox(QWidget* parent) : QLineEdit(parent) {
 
 QSize NumberBox::sizeHint() const {
     ensurePolished();
-    // The toolkit's box keeps 2 pixels free on either side of the text, and the caret needs its own.
-    constexpr int free = 2 * 2 + 2;
-    const QMargins own = textMargins();
-    const QSize room(
-        fontMetrics().horizontalAdvance(QLatin1String(longest)) + own.left() + own.right() + free, 0);
+    const QSize room(fontMetrics().horizontalAdvance(QLatin1String(longest)) + frameAndCaret, 0);
     QStyleOptionFrame option;
     initStyleOption(&option);
     return {style()->sizeFromContents(QStyle::CT_LineEdit, &option, room, this).width(),
         QLineEdit::sizeHint().height()};
+}
+
+void NumberBox::setFreeRight(int pixels) {
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    const int room =
+        style()->subElementRect(QStyle::SE_LineEditContents, &option, this).width() - frameAndCaret;
+    const int spare = room - fontMetrics().horizontalAdvance(text());
+    setTextMargins(0, 0, std::clamp(pixels, 0, std::max(spare, 0)), 0);
 }
 
 } // namespace genutil

@@ -4,14 +4,16 @@
 
 namespace genutil {
 
-// A text box for a number: as wide as the longest number of the dialogs, so that the numbers of boxes that
-// stand below each other are aligned at the right and, with equal decimals, at the point.
+// A text box for a number: as wide as the longest number of the dialogs. Numbers stand at the right.
 class NumberBox : public QLineEdit {
 public:
     explicit NumberBox(QWidget* parent);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+
+    // Moves the number this many pixels away from the right end, or as far as it stays whole.
+    void setFreeRight(int pixels);
 
     static constexpr const char* longest = "-123456.7890";
 };
