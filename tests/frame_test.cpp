@@ -162,11 +162,4 @@ TEST_F(Frame, KeepsAModelessFormUntilTheNextOneAndReleasesAModalOne) {
     EXPECT_TRUE(first->isLoaded());
 }
 
-TEST_F(Frame, AnswersForADialogThatIsNotThereYet) {
-    PendingLoader loader(component, "cDisplayLoader", "LoadDisplaySettingsForm", "");
-    const Error error = raisedBy([&] { loader.load(); });
-    EXPECT_EQ(error.number(), errors::NotAvailableYet);
-    EXPECT_EQ(error.source(), "(Class Module) cDisplayLoader::LoadDisplaySettingsForm");
-}
-
 } // namespace

@@ -1,5 +1,7 @@
 #include "frame/dialog_form.h"
 
+#include "hostif/controls.h"
+
 namespace genutil {
 
 DialogForm::DialogForm(
@@ -55,6 +57,35 @@ void DialogForm::moveOnEnter() {
             return;
         event.code = 0;
         component_.genProcs().NextControl(*this);
+    });
+}
+
+void DialogForm::toggleOnSpace() {
+    on(keyDown, "Form_KeyDown", [this](KeyEvent& event) {
+        auto* const check = dynamic_cast<CheckBox*>(activeControl());
+        if (event.code != key::Space || !check || !check->name().starts_with("chk"))
+            return;
+        event.code = 0;
+        if (!event.repeated)
+            check->userToggle();
+    });
+}
+
+void DialogForm::askOnEscape(Button& save, Button& discard) {
+    on(keyDown, "Form_KeyDown", [this, &save, &discard](KeyEvent& event) {
+        if (event.code != key::Escape)
+            return;
+        event.code = 0;
+        if (event.repeated) // the key that has just answered the question
+            return;
+        const Answer answer = component_.desktop().ask({.text = "Save changes on exit?",
+            .icon = Icon::Question,
+            .buttons = Buttons::YesNoCancel,
+            .defaultAnswer = Answer::Yes});
+        if (answer == Answer::Yes)
+            save.click();
+        else if (answer == Answer::No)
+            discard.click();
     });
 }
 

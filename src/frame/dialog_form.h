@@ -14,6 +14,8 @@
 
 namespace genutil {
 
+class Button;
+
 // The numbers that a form passes to its instant-help object.
 struct HelpTopics {
     int context;     // the form's own topic
@@ -71,6 +73,11 @@ protected:
     void openHelpOnF1(std::function<std::string()> programFolder);
     // Enter moves the focus to the next control, as the host does it everywhere.
     void moveOnEnter();
+    // Space inverts the check box that has the focus, once for each time the key goes down. The key is
+    // consumed, so that the view does not do it a second time.
+    void toggleOnSpace();
+    // Escape asks whether to save: Yes clicks the one button, No the other, Cancel leaves the form open.
+    void askOnEscape(Button& save, Button& discard);
     // What every set-up ends with: the default pointer, then the form is shown with its `modal` value.
     void showAsSetUp();
 

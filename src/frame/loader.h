@@ -82,23 +82,4 @@ protected:
     std::shared_ptr<FormType> form_;
 };
 
-// A public class whose dialog is not part of this version: its life is there, its operation answers with an
-// error.
-class PendingLoader : public LoaderBase {
-public:
-    PendingLoader(Component& component, std::string className, std::string operation, std::string kind)
-        : LoaderBase(component, std::move(className)), operation_(std::move(operation)),
-          kind_(std::move(kind)) {}
-
-    [[noreturn]] void load() {
-        run(
-            operation_, [] { throw Error(errors::NotAvailableYet); }, kind_);
-        std::terminate();
-    }
-
-private:
-    std::string operation_;
-    std::string kind_;
-};
-
 } // namespace genutil

@@ -85,6 +85,7 @@ struct KeyEvent {
     bool shift = false;
     bool ctrl = false;
     bool alt = false;
+    bool repeated = false; // sent again while the key is held down
 };
 
 // A property of a control or form that host objects may use by name (instant help, general procedures, the

@@ -187,6 +187,4 @@ LineSample::LineSample(Form& owner, std::string name, Rgb initialColor, LineStyl
     : Control(owner, std::move(name)), color(*this, Aspect::Colour, initialColor), style(lineStyle),
       lineWidth(pixels) {}
 
-WebView::WebView(Form& owner, std::string name) : Control(owner, std::move(name)) {}
-
 } // namespace genutil

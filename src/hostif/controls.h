@@ -183,12 +183,4 @@ public:
     const int lineWidth; // pixels
 };
 
-// An embedded web page.
-class WebView : public Control {
-public:
-    WebView(Form& form, std::string name);
-    Observed<std::string> address{*this, Aspect::Value, {}};
-    Event<> navigateComplete;
-};
-
 } // namespace genutil

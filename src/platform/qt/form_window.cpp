@@ -219,8 +219,11 @@ void FormWindow::applyFocus() {
         wanted = first != controls.end() && (*first)->canFocus() ? *first : nullptr;
     }
     QWidget* view = wanted ? viewOf(*wanted) : nullptr;
-    if (view && !view->hasFocus())
-        view->setFocus(Qt::OtherFocusReason);
+    if (!view || view->hasFocus())
+        return;
+    view->setFocus(Qt::OtherFocusReason);
+    // The focus is shown as after Tab, which alone the toolkit takes for a reason to do so.
+    setAttribute(Qt::WA_KeyboardFocusChange);
 }
 
 void FormWindow::setTabOrder() {
@@ -330,7 +333,10 @@ bool FormWindow::handleKey(const QKeyEvent& event) {
     if (!alive->isShown())
         return true;
     const QString characters = event.text();
-    if (!characters.isEmpty() && alive->userCharacter(characters.front().unicode()))
+    // A button that has the focus takes Enter itself, before the form could move the focus with it.
+    const bool isForButton =
+        pressed.code == key::Enter && dynamic_cast<const Button*>(alive->activeControl()) != nullptr;
+    if (!isForButton && !characters.isEmpty() && alive->userCharacter(characters.front().unicode()))
         return true;
     return !alive->isShown() || pressByKey(pressed.code);
 }

@@ -48,7 +48,8 @@ KeyEvent toKeyEvent(const QKeyEvent& event) {
     return {.code = virtualKey(event.key()),
         .shift = bool(held & Qt::ShiftModifier),
         .ctrl = bool(held & Qt::ControlModifier),
-        .alt = bool(held & Qt::AltModifier)};
+        .alt = bool(held & Qt::AltModifier),
+        .repeated = event.isAutoRepeat()};
 }
 
 } // namespace genutil
