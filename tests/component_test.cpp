@@ -253,19 +253,20 @@ TEST_F(PublicObjects, ReportFailuresWithTheirQualifiedNameByEitherBinding) {
         {classes::cProgress, tables::dispatchTable<_cProgress>, 91, "(Class Module) cProgress::Sub Gauge"},
         {classes::cFileViewLoader, tables::dispatchTable<_cFileViewLoader>, 91,
             "(Class Module) cFileViewLoader::Sub LoadFileViewForm"},
-        {classes::cInternalBrowserLoader, tables::dispatchTable<_cInternalBrowserLoader>, 31000,
+        {classes::cInternalBrowserLoader, tables::dispatchTable<_cInternalBrowserLoader>, 51,
             "(Class Module) cInternalBrowserLoader::Sub LoadForm"},
         {classes::cJobListLoader, tables::dispatchTable<_cJobListLoader>, 91,
             "(Class Module) cJobListLoader::Function LoadJobListForm"},
-        {classes::cDefaultsLoader, tables::dispatchTable<_cDefaultsLoader>, 31000,
+        {classes::cDefaultsLoader, tables::dispatchTable<_cDefaultsLoader>, 91,
             "(Class Module) cDefaultsLoader::Function LoadDefaultsForm"},
         {classes::cLS_OptsLoader, tables::dispatchTable<_cLS_OptsLoader>, 91,
             "(Class Module) cLS_OptsLoader::Sub LoadLSOptionsForm"},
-        {classes::cDisplayLoader, tables::dispatchTable<_cDisplayLoader>, 31000,
+        {classes::cDisplayLoader, tables::dispatchTable<_cDisplayLoader>, 91,
             "(Class Module) cDisplayLoader::LoadDisplaySettingsForm"},
         {classes::cLS_SaveOptsLoader, tables::dispatchTable<_cLS_SaveOptsLoader>, 91,
             "(Class Module) cLS_SaveOptsLoader::Sub LoadLSSaveOptsForm"},
     };
+    desktop.showFails = true; // the browser needs nothing but a screen
     for (const auto& c : cases) {
         const DispatchClient client(make(c.name), c.name.progId);
         EXPECT_TRUE(client.valueOf(client.get("ClassActive"), "ClassActive").toBool()) << c.source;

@@ -24,6 +24,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QTimer>
 #include <QTreeView>
 #include <QWidget>
 
@@ -76,6 +77,14 @@ protected:
 
 QTemporaryDir* HostWithComponent::folder_ = nullptr;
 HostPtr HostWithComponent::host_;
+
+bool isEnabled(const QWidget& window, const char* command) {
+    for (const QAction* action : window.findChildren<QAction*>())
+        if (action->text() == command)
+            return action->isEnabled();
+    ADD_FAILURE() << "no command " << command;
+    return false;
+}
 
 TEST_F(HostWithComponent, RegistersItsOwnCopyWhenNoneOrAnotherIsRegistered) {
     useRegistry(path("new/registry.ini"));
@@ -207,9 +216,8 @@ TEST_F(HostWithComponent, TheInstantHelpChoiceOutlivesTheMainWindow) {
             main.instantHelpAction()->setChecked(choice);
             main.close();
         }
-        host_->instantHelpOn = !choice;
+        EXPECT_EQ(Host(host_->paths).instantHelpOn, choice);
         const MainWindow again(host_, component);
-        EXPECT_EQ(host_->instantHelpOn, choice);
         EXPECT_EQ(again.instantHelpAction()->isChecked(), choice);
     }
 }
@@ -241,6 +249,7 @@ TEST_F(HostWithComponent, TheJobThatIsChosenInTheListIsOpenAlsoAtTheNextStart) {
         EXPECT_EQ(main.windowTitle(), "Second job - Kestal");
         EXPECT_EQ(main.findChild<QPushButton*>("cmdProblems")->text(), "1 job file could not be read");
         EXPECT_EQ(setting("DataPath"), file("jobs/"));
+        EXPECT_TRUE(isEnabled(main, "Options of this &job..."));
         main.openJob(path("jobs/bad.mdb"));
         EXPECT_EQ(main.windowTitle(), "Second job - Kestal") << "the earlier job stays";
     }
@@ -249,6 +258,9 @@ TEST_F(HostWithComponent, TheJobThatIsChosenInTheListIsOpenAlsoAtTheNextStart) {
     QFile::remove(path("jobs/Second job.old.gdb"));
     const MainWindow without(host_, component);
     EXPECT_EQ(without.windowTitle(), "Kestal");
+    EXPECT_FALSE(isEnabled(without, "Options of this &job..."));
+    EXPECT_FALSE(isEnabled(without, "&Traverse header options..."));
+    EXPECT_TRUE(isEnabled(without, "&Least-squares options..."));
     EXPECT_THAT(
         without.findChild<QTextEdit*>("txtJob")->toPlainText().toStdString(), HasSubstr("No job is open"));
 }
@@ -359,6 +371,35 @@ TEST_F(HostWithComponent, OptionsThatCannotBeStoredStayOnTheScreen) {
     EXPECT_EQ(answerOf(path("locked.gdb"), "SELECT AzimuthSD FROM DataHeader"), "7.0");
 }
 
+TEST_F(HostWithComponent, OptionsOfAJobOfAnEarlierVersionAreShownAndNotStored) {
+    std::ifstream sample(KESTAL_SAMPLES "/jobs/Smith Farm.mdb", std::ios::binary);
+    std::string job(std::istreambuf_iterator<char>(sample), {});
+    // An empty table of it becomes the one of the options: the name, two bytes a character, makes room for
+    // the other, most of which has one.
+    const std::string name("H\0e\0i\0g\0h\0t\0s\0", 14), replacement("\xFF\xFE"
+                                                                     "DataHeade\0r\0",
+                                                             14);
+    ASSERT_NE(job.find(name), std::string::npos);
+    std::ofstream(file("earlier.mdb"), std::ios::binary) << job.replace(job.find(name), 14, replacement);
+    CurrentJob current;
+    current.open(path("earlier.mdb"));
+    ComponentAccess component(host_);
+    bool stays = false;
+    const WindowVisitor visitor([&](QWidget& window) {
+        // The question whether to abandon the changes; the window closes whatever the answer.
+        QTimer::singleShot(500, qApp, [] { QApplication::activeModalWidget()->close(); });
+        type(window, "txtSDAzimuth", "7");
+        press<QPushButton>(window, "cmdOK");
+        stays = window.isVisible() && window.findChild<QLineEdit*>("txtSDAzimuth")->text().startsWith('7');
+    });
+    EXPECT_FALSE(component.editLsOptions(ls_modes::JobAndSet, 0, current));
+    EXPECT_TRUE(stays) << visitor.failure();
+    std::ifstream log(file("kestal.log"));
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(log), {}),
+        HasSubstr("The database or the record set is read-only  '" + file("earlier.mdb") +
+                  "' is read only: Jet databases are not written | In (Form) LS_Options::Sub cmdOK_Click"));
+}
+
 TEST_F(HostWithComponent, OptionsAreStoredAsNumbersWhereTheDecimalSeparatorIsAComma) {
     if (QLocale::system().decimalPoint() == ",")
         return; // this is that run
@@ -393,6 +434,80 @@ TEST_F(HostWithComponent, TheProgramAnswersWithItsExitCodes) {
         EXPECT_EQ(process.exitCode(), exitCode) << arguments.join(' ').toStdString();
         EXPECT_THAT(process.readAll().toStdString(), HasSubstr(text));
     }
+}
+
+TEST_F(HostWithComponent, TheDisplaySettingsSetTheMarksOfTheViewMenuAndTheirSettings) {
+    ComponentAccess component(host_);
+    MainWindow main(host_, component);
+    main.show();
+    const auto mark = [&](const char* name) { return main.findChild<QAction*>(name); };
+    const WindowVisitor visitor([](QWidget& window) {
+        press<QCheckBox>(window, "chkTraverse");
+        press<QCheckBox>(window, "chkScaleBar");
+        press<QPushButton>(window, "cmdOK");
+    });
+    main.editDisplay();
+    settle(20);
+    EXPECT_FALSE(mark("mnuViewLinesTrav")->isChecked()) << visitor.failure();
+    EXPECT_FALSE(mark("mnuViewScaleBar")->isChecked() || host_->marks.showsScaleBar());
+    EXPECT_FALSE(Host(host_->paths).marks.isSet(Mark::Traverse));
+    mark("mnuViewLinesTrav")->trigger();
+    mark("mnuViewPtHts")->trigger();
+    mark("mnuViewPtDesc")->trigger();
+    EXPECT_FALSE(mark("mnuViewPtNum")->isChecked()) << "at most two labels";
+    settle(20);
+    EXPECT_TRUE(Host(host_->paths).marks.isSet(Mark::Descriptions));
+}
+
+TEST_F(HostWithComponent, ThePreferencesSayHowTheMainWindowStarts) {
+    ComponentAccess component(host_);
+    createJob(file("last.gdb"));
+    MainWindow(host_, component).openJob(path("last.gdb"));
+    for (const bool wanted : {true, false}) {
+        host_->genPrefs->set("StartMaximized", Variant(wanted));
+        host_->genPrefs->set("LoadLastJob", Variant(wanted));
+        MainWindow main(host_, component);
+        main.open();
+        EXPECT_EQ(main.isMaximized(), wanted);
+        EXPECT_EQ(main.windowTitle(), wanted ? "last - Kestal" : "Kestal");
+    }
+    host_->genPrefs->set("LoadLastJob", Variant(true));
+}
+
+TEST_F(HostWithComponent, PreferencesAreStoredAndUsedOrUsedAloneWhereTheyCannotBeStored) {
+    ComponentAccess component(host_);
+    MainWindow main(host_, component);
+    main.show();
+    const std::string settings = host_->paths.settings.toStdString();
+    const auto contents = [&] {
+        std::ifstream stream(settings);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    std::string problem;
+    host_->showProblem = [&](const QString& text) { problem = text.toStdString(); };
+    const auto choose = [&](const char* kFactor) {
+        const WindowVisitor visitor([&](QWidget& window) {
+            type(window, "txtKfactor", kFactor);
+            press<QCheckBox>(window, "chkInstantHelp");
+            press<QPushButton>(window, "cmdOK");
+        });
+        main.editPreferences();
+        EXPECT_EQ(visitor.visited(), 1) << visitor.failure();
+    };
+    choose("0.07");
+    EXPECT_EQ(problem, "");
+    EXPECT_EQ(readSetting(settings, "Preferences", "KFactor", ""), "0.07");
+    EXPECT_EQ(numberOf(host_->genPrefs->value("KFactor")), 0.07);
+    EXPECT_TRUE(host_->instantHelpOn && main.instantHelpAction()->isChecked());
+    EXPECT_FALSE(host_->openStore || QFile::exists(host_->paths.settings + ".work"));
+
+    std::ofstream(settings, std::ios::app) << "no setting\n";
+    const std::string damaged = contents();
+    choose("0.21");
+    EXPECT_THAT(problem, HasSubstr("must be a [section], key=value or a comment"));
+    EXPECT_EQ(numberOf(host_->genPrefs->value("KFactor")), 0.21);
+    EXPECT_EQ(contents(), damaged);
+    QFile::remove(host_->paths.settings);
 }
 
 } // namespace

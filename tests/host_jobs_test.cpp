@@ -202,16 +202,16 @@ TEST_F(HostJobs, LeastSquaresOptionsKeepTheirTypesAndOutliveTheSession) {
     EXPECT_EQ(types, "ddbbbbbdddddddsdddddddddlbbtfltfdddddddddddddddsbbbbs");
     EXPECT_THROW(options->set("ConfLevelOutliers", Variant(1e39)), ConversionError);
 
-    writeLsOptionSet(*options.get(), file("kestal.ini"));
+    storeSettings(file("kestal.ini"), lsOptionSettings(*options.get()));
     const auto again = makeLsOptionSet();
-    EXPECT_TRUE(readLsOptionSet(*again.get(), file("kestal.ini")).isEmpty());
+    EXPECT_TRUE(readLsOptionSet(*again.get(), loadSettings(file("kestal.ini"))).isEmpty());
     for (const auto& field : options->fields())
         EXPECT_TRUE(sameValue(again->value(field.name), options->value(field.name))) << field.name;
 
     writeSetting(file("kestal.ini"), "LeastSquares", "Iterations", "many");
     writeSetting(file("kestal.ini"), "LeastSquares", "ConfLevelChiSquared", "1e39");
     const auto repaired = makeLsOptionSet();
-    const QString faults = readLsOptionSet(*repaired.get(), file("kestal.ini")).join('\n');
+    const QString faults = readLsOptionSet(*repaired.get(), loadSettings(file("kestal.ini"))).join('\n');
     EXPECT_THAT(faults.toStdString(), AllOf(HasSubstr("Iterations"), HasSubstr("ConfLevelChiSquared")));
     EXPECT_EQ(int16Of(repaired->value("Iterations")), 10);
     EXPECT_EQ(numberOf(repaired->value("DisConst")), 0.0071) << "the others are used";
@@ -259,7 +259,7 @@ TEST(HostServices, MeasureGridsAndTheMainWindowInTwips) {
     auto* plot = new QWidget(window.get());
     window->setGeometry(20, 30, 640, 480);
     plot->setGeometry(0, 20, 600, 400);
-    const auto object = makeMainFormObject(*window, *plot);
+    const auto object = makeMainFormObject(nullptr, *window, *plot);
     const LateBound mainForm(object.get());
     const double twips = 1440 / window->screen()->logicalDotsPerInch();
     EXPECT_EQ(int16Of(mainForm.get("WindowState")), 0);

@@ -147,6 +147,16 @@ TEST(TextRules, PathsAndNamesComeApartWithoutLoss) {
     EXPECT_THROW(transformValue(1, 1), AutomationError);
 }
 
+TEST(TextRules, APathLosesFoldersInTheMiddleUntilItFits) {
+    const std::tuple<const char*, std::size_t, const char*> cases[] = {{"/usr/lib/x/ed", 13, "/usr/lib/x/ed"},
+        {"/usr/lib/long/ed", 15, "/usr/lib/.../ed"}, {"/usr/lib/long/ed", 14, "/usr/.../ed"},
+        {"/usr/lib/long/ed", 10, "/.../ed"}, {"/usr/lib/long/ed", 6, ".../ed"}, {"/usr/lib/long/ed", 5, ""},
+        {"editor", 5, ""}};
+    for (const auto& [path, room, shorter] : cases)
+        EXPECT_EQ(
+            shortenedPath(path, [most = room](const auto& text) { return text.size() <= most; }), shorter);
+}
+
 TEST(HelpTexts, ParagraphsFlowAndItemsStandAlone) {
     const HelpTexts texts =
         HelpTexts::parse("# comment\r\n[1800] File viewer\r\n\r\nShows a\r\nreport.\r\n\r\n\r\n"

@@ -1,13 +1,16 @@
+#include "browser/c_internal_browser_loader.h"
 #include "component/class_list.h"
 #include "component/dual_object.h"
 #include "component/form_object.h"
 #include "component/host_database.h"
 #include "component/host_object.h"
+#include "display/c_display_loader.h"
 #include "fileview/c_file_view_loader.h"
 #include "frame/loader.h"
 #include "joblist/c_job_list_loader.h"
 #include "joblist/job_listing.h"
 #include "lsoptions/c_ls_opts_loader.h"
+#include "preferences/c_defaults_loader.h"
 #include "progress/c_progress.h"
 
 #include <algorithm>
@@ -106,24 +109,12 @@ public:
     }
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
-
-// A class whose dialog this version does not have.
-template<class Interface>
-class PendingObject : public PublicObject<Interface, PendingLoader> {
+class InternalBrowserObject final
+    : public PublicObject<k_genutil::_cInternalBrowserLoader, cInternalBrowserLoader> {
 public:
-    using PublicObject<Interface, PendingLoader>::PublicObject;
-
-protected:
-    HRESULT refuse() {
-        return this->perform([&] { this->core_.load(); });
-    }
-};
-
-class InternalBrowserObject final : public PendingObject<k_genutil::_cInternalBrowserLoader> {
-public:
-    using PendingObject::PendingObject;
+    using PublicObject::PublicObject;
     HRESULT STDMETHODCALLTYPE LoadForm(BSTR* HTMLfile) override {
-        return allGiven(HTMLfile) ? refuse() : noPlace();
+        return allGiven(HTMLfile) ? perform([&] { core_.LoadForm(textOf(HTMLfile)); }) : noPlace();
     }
 };
 
@@ -187,13 +178,23 @@ private:
     JobListing listing_;
 };
 
-class DefaultsObject final : public PendingObject<k_genutil::_cDefaultsLoader> {
+class DefaultsObject final : public PublicObject<k_genutil::_cDefaultsLoader, cDefaultsLoader> {
 public:
-    using PendingObject::PendingObject;
+    using PublicObject::PublicObject;
     HRESULT STDMETHODCALLTYPE LoadDefaultsForm(IDispatch** IHelp, IDispatch** prog, IDispatch** currentJob,
         IDispatch** mainForm, IDispatch** genPrefs, IDispatch** LSOptPrefs, VARIANT_BOOL* result) override {
-        return allGiven(IHelp, prog, currentJob, mainForm, genPrefs, LSOptPrefs, result) ? refuse()
-                                                                                         : noPlace();
+        if (!allGiven(IHelp, prog, currentJob, mainForm, genPrefs, LSOptPrefs, result))
+            return noPlace();
+        return perform([&] {
+            RecordPtr program = recordOf(*prog, "prog"), preferences = recordOf(*genPrefs, "genPrefs"),
+                      options = recordOf(*LSOptPrefs, "LSOptPrefs");
+            const bool accepted = core_.LoadDefaultsForm(recordOf(*IHelp, "IHelp"), program,
+                recordOf(*currentJob, "currentJob"), recordOf(*mainForm, "mainForm"), preferences, options);
+            assignObject(prog, objectOf(program.get()));
+            assignObject(genPrefs, objectOf(preferences.get()));
+            assignObject(LSOptPrefs, objectOf(options.get()));
+            *result = accepted ? VARIANT_TRUE : VARIANT_FALSE;
+        });
     }
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
@@ -243,14 +244,20 @@ public:
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
 
-class DisplayObject final : public PendingObject<k_genutil::_cDisplayLoader> {
+class DisplayObject final : public PublicObject<k_genutil::_cDisplayLoader, cDisplayLoader> {
 public:
-    using PendingObject::PendingObject;
+    using PublicObject::PublicObject;
     HRESULT STDMETHODCALLTYPE LoadDisplaySettingsForm(IDispatch** IHelp, IDispatch** mainForm,
         IDispatch** prog, IDispatch** jobPlot, IDispatch** jobCfg, IDispatch** jobGeneral,
         VARIANT_BOOL* alphasExist, VARIANT_BOOL* result) override {
-        const bool given = allGiven(IHelp, mainForm, prog, jobPlot, jobCfg, jobGeneral, alphasExist, result);
-        return given ? refuse() : noPlace();
+        if (!allGiven(IHelp, mainForm, prog, jobPlot, jobCfg, jobGeneral, alphasExist, result))
+            return noPlace();
+        return perform([&] {
+            const bool accepted = core_.LoadDisplaySettingsForm(recordOf(*IHelp, "IHelp"),
+                recordOf(*mainForm, "mainForm"), recordOf(*prog, "prog"), recordOf(*jobCfg, "jobCfg"),
+                recordOf(*jobGeneral, "jobGeneral"), truth(alphasExist));
+            *result = accepted ? VARIANT_TRUE : VARIANT_FALSE;
+        });
     }
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 };
@@ -283,22 +290,13 @@ namespace names = k_genutil::classes;
 } // namespace
 
 const std::array<PublicClass, 8> publicClasses{{
-    {names::cInternalBrowserLoader,
-        [](Component& c) {
-            return own(new InternalBrowserObject(c, "cInternalBrowserLoader", "LoadForm", "Sub"));
-        }},
+    {names::cInternalBrowserLoader, [](Component& c) { return own(new InternalBrowserObject(c)); }},
     {names::cFileViewLoader, [](Component& c) { return own(new FileViewObject(c)); }},
     {names::cProgress, [](Component& c) { return own(new ProgressObject(c)); }},
     {names::cJobListLoader, [](Component& c) { return own(new JobListObject(c)); }},
-    {names::cDefaultsLoader,
-        [](Component& c) {
-            return own(new DefaultsObject(c, "cDefaultsLoader", "LoadDefaultsForm", "Function"));
-        }},
+    {names::cDefaultsLoader, [](Component& c) { return own(new DefaultsObject(c)); }},
     {names::cLS_OptsLoader, [](Component& c) { return own(new LS_OptsObject(c)); }},
-    {names::cDisplayLoader,
-        [](Component& c) {
-            return own(new DisplayObject(c, "cDisplayLoader", "LoadDisplaySettingsForm", ""));
-        }},
+    {names::cDisplayLoader, [](Component& c) { return own(new DisplayObject(c)); }},
     {names::cLS_SaveOptsLoader, [](Component& c) { return own(new LS_SaveOptsObject(c)); }},
 }};
 

@@ -5,6 +5,7 @@
 #include "host/ls_commands.h"
 #include "host/main_window.h"
 #include "host/report_kinds.h"
+#include "host/settings_commands.h"
 #include "host/tour.h"
 #include "host/window_visitor.h"
 
@@ -17,22 +18,10 @@ namespace {
 
 int runMainWindow(const CommandLine& line, const HostPtr& host, ComponentAccess& component) {
     MainWindow window(host, component);
-    window.show();
+    window.open();
     if (line.has("--folder"))
         window.openFolder(QString::fromStdString(line.options.at("--folder")));
     return QApplication::exec();
-}
-
-// The component's windows leave the end of the program to the host.
-int runUntilClosed() {
-    const auto quitWithoutWindows = [] {
-        if (visibleWindows().isEmpty())
-            QApplication::quit();
-    };
-    const auto windows = visibleWindows();
-    for (QWidget* window : windows)
-        QObject::connect(window, &QObject::destroyed, qApp, quitWithoutWindows);
-    return windows.isEmpty() ? exit_codes::Success : QApplication::exec();
 }
 
 int runView(const CommandLine& line, const HostPtr&, ComponentAccess& component) {
@@ -88,6 +77,11 @@ const std::vector<Command>& commandTable() {
         {"point-save", "", "show what is done with the points of an adjusted network",
             {{"--job", "FILE", "the options in the header table of this job (else the preferences)"}},
             runPointSave},
+        {"preferences", "", "show the general preferences", {}, runPreferences},
+        {"display", "", "show what the plot of a job shows",
+            {{"--job", "FILE", "the job whose plot it is (else a job without anything special)"}},
+            runDisplay},
+        {"history", "", "show the history of the product", {}, runHistory},
         {"gauge", "", "demonstrate the progress gauge", {{"--seconds", "N", "how long (5)", 1, 3600}},
             runGauge},
         {"tour", "", "play every dialog and take a picture of each",

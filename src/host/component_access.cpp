@@ -3,11 +3,11 @@
 #include "host/class_factory.h"
 #include "host/current_job.h"
 #include "host/job_schema.h"
-#include "host/settings_file.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <cstdio>
@@ -17,6 +17,11 @@ namespace {
 
 using k_genutil::ActivationError;
 using k_genutil::Server;
+
+// Objects may come back from a call as others, so it gets references of its own.
+Ref<IDispatch> shared(IDispatch* object) {
+    return Ref<IDispatch>::share(object);
+}
 
 // The library that the registry file names for the component; "" when it is not registered.
 std::string registeredLibrary() {
@@ -131,19 +136,15 @@ void ComponentAccess::check(HRESULT result, const std::string& call) const {
     if (SUCCEEDED(result))
         return;
     ErrorText error = errorText(server_);
-    // On its way to the caller an error is described by its number alone; the report of the procedure where
-    // it happened says more.
-    const auto detailed = std::find_if(reports.rbegin(), reports.rend(),
-        [&](const std::string& report) { return report != error.description; });
-    if (!error.description.empty() && detailed != reports.rend())
-        error.description = *detailed;
+    if (const std::string* const origin = originOf(error.description, reports))
+        error.description = *origin;
     if (error.description.empty())
         error.description = codeText(result);
     throw ComponentError(call + " has failed: " + sentence(error), errorNumber(result), error.description);
 }
 
 std::string ComponentAccess::defaultEditor() const {
-    return readSetting(host_->paths.settings.toStdString(), "Kestal", "DefaultEditor", "");
+    return host_->genPrefs->text("DefaultEditor");
 }
 
 void ComponentAccess::viewFile(
@@ -164,17 +165,12 @@ void ComponentAccess::viewFile(
 
 bool ComponentAccess::listJobs(JobObject& selected, const CurrentJob& current, IDispatch* mainForm) {
     const auto loader = create<k_genutil::_cJobListLoader>(k_genutil::classes::cJobListLoader.progId);
-    // The objects may come back as others, so the call gets references of its own.
-    const auto shared = [](IDispatch* object) { return Ref<IDispatch>::share(object); };
     auto jobSelected = shared(&selected), prog = shared(host_->prog.get()), form = shared(mainForm);
     auto job = shared(current.job.get()), details = shared(current.jobDetails.get());
     auto configuration = shared(current.jobCfg.get()), general = shared(current.jobGeneral.get());
     auto database = current.database, recordset = current.detailsRset;
     auto instantHelp = makeInstantHelp(host_);
-    VARIANT_BOOL showExt = truthOf(Variant(std::string_view(readSetting(
-                               host_->paths.settings.toStdString(), "Kestal", "ShowExtensions", "True"))))
-                               ? VARIANT_TRUE
-                               : VARIANT_FALSE;
+    VARIANT_BOOL showExt = truthOf(host_->genPrefs->value("ShowExtension")) ? VARIANT_TRUE : VARIANT_FALSE;
     VARIANT_BOOL chosen = VARIANT_FALSE;
     host_->readingProblems.clear();
     check(loader->LoadJobListForm(jobSelected.inOut(), instantHelp.inOut(), prog.inOut(), details.inOut(),
@@ -231,6 +227,50 @@ bool ComponentAccess::editPointSave(const CurrentJob& current) {
               call.prog.inOut(), call.header.inOut(), call.defaults.inOut()),
         "Editing the point-save options");
     return call.finish();
+}
+
+bool ComponentAccess::editPreferences(const CurrentJob& current, IDispatch* mainForm) {
+    const auto loader = create<k_genutil::_cDefaultsLoader>(k_genutil::classes::cDefaultsLoader.progId);
+    auto instantHelp = makeInstantHelp(host_);
+    auto prog = shared(host_->prog.get()), job = shared(current.job.get()), form = shared(mainForm);
+    auto preferences = shared(host_->genPrefs.get()), options = shared(host_->lsOptions.get());
+    VARIANT_BOOL result = VARIANT_FALSE;
+    const auto giveUp = qScopeGuard([this] { host_->abandonStore(); });
+    check(loader->LoadDefaultsForm(instantHelp.inOut(), prog.inOut(), job.inOut(), form.inOut(),
+              preferences.inOut(), options.inOut(), &result),
+        "Editing the preferences");
+    host_->takePreferences(preferences.get(), options.get(), prog.get());
+    host_->placeListFolder(current.isOpen() ? current.job->text("JobPath") : "");
+    return result != VARIANT_FALSE;
+}
+
+bool ComponentAccess::editDisplay(const CurrentJob& current, IDispatch* mainForm) {
+    const auto loader = create<k_genutil::_cDisplayLoader>(k_genutil::classes::cDisplayLoader.progId);
+    auto instantHelp = makeInstantHelp(host_);
+    auto prog = shared(host_->prog.get()), form = shared(mainForm);
+    Ref<IDispatch> plot; // is not looked at
+    const auto recordOf = [](const Ref<RecordObject>& own, const RecordClass& recordClass) {
+        return own ? shared(own.get()) : Ref<IDispatch>::adopt(new RecordObject(recordClass));
+    };
+    auto configuration = recordOf(current.jobCfg, records::jobCfg());
+    auto general = recordOf(current.jobGeneral, records::jobGeneral());
+    VARIANT_BOOL alphasExist = current.hasAlphaIds() ? VARIANT_TRUE : VARIANT_FALSE;
+    VARIANT_BOOL result = VARIANT_FALSE;
+    const auto keepMarks = qScopeGuard([this] { host_->keepMarks(); });
+    check(loader->LoadDisplaySettingsForm(instantHelp.inOut(), form.inOut(), prog.inOut(), plot.inOut(),
+              configuration.inOut(), general.inOut(), &alphasExist, &result),
+        "Editing the display settings");
+    return result != VARIANT_FALSE;
+}
+
+void ComponentAccess::showHistory() {
+    const QString page = host_->paths.helpPage("history.html");
+    if (!QFileInfo(page).isFile())
+        throw ComponentError("The history " + page.toStdString() + " is not installed");
+    const auto loader =
+        create<k_genutil::_cInternalBrowserLoader>(k_genutil::classes::cInternalBrowserLoader.progId);
+    k_genutil::Text file(page.toStdString());
+    check(loader->LoadForm(file.inOut()), "Showing the history");
 }
 
 } // namespace kestal

@@ -57,7 +57,7 @@ public:
     /// reported meanwhile, the description that tells most.
     void check(HRESULT result, const std::string& call) const;
 
-    /// The setting "DefaultEditor": a command line, or "" for none.
+    /// The preferred editor: a command line, or "" for none.
     std::string defaultEditor() const;
 
     /// Shows a file in the viewer, and waits until it is closed if `modal`. Without an editor's command line
@@ -81,6 +81,15 @@ public:
     /// The same for what is done with the points of an adjusted network: the job's options, or the
     /// preferences while no job is open.
     bool editPointSave(const CurrentJob& current);
+
+    /// Shows the preferences and waits until they are closed. What they hand back is the host's from then on,
+    /// in the settings and in the session. True after OK. `mainForm` as in listJobs.
+    bool editPreferences(const CurrentJob& current, IDispatch* mainForm);
+    /// Shows what the plot of a job shows and waits until that is closed. True after OK; the marks are then
+    /// the host's, and stored.
+    bool editDisplay(const CurrentJob& current, IDispatch* mainForm);
+    /// Shows the history of the product.
+    void showHistory();
 
 private:
     void registerHostClasses();

@@ -53,13 +53,33 @@ void CurrentJob::open(const QString& path) {
     next.jobDetails = Ref<RecordObject>::adopt(new RecordObject(records::jobDetails()));
     next.jobCfg = Ref<RecordObject>::adopt(new RecordObject(records::jobCfg()));
     next.jobGeneral = Ref<RecordObject>::adopt(new RecordObject(records::jobGeneral()));
+    next.tables = opened;
     next.readDetails();
+    next.deriveDisplays();
     *this = std::move(next);
 }
 
 Ref<IDispatch> CurrentJob::openTable(const char* table) const {
     const Variant opened = LateBound(database.get()).call("OpenRecordset", {Variant(table)});
     return Ref<IDispatch>::share(objectOf(opened));
+}
+
+bool CurrentJob::hasAlphaIds() const {
+    try {
+        return tables && !tables->OpenRecordset(job_tables::AlphaIds)->EOF_();
+    } catch (const genutil::Error&) {
+        return false; // a job of a version without names
+    }
+}
+
+// A projection or geographic coordinates have what a plane job lacks: zones, N-values, geographic plots.
+// Degrees have no one scale.
+void CurrentJob::deriveDisplays() {
+    const auto type = int16Of(jobCfg->value("CoordType"));
+    constexpr std::int16_t projection = 1;
+    constexpr std::int16_t geographic = 2;
+    jobCfg->set("GeodeticDisplays", Variant(type == projection || type == geographic));
+    jobCfg->set("NoLinearScale", Variant(type == geographic));
 }
 
 void CurrentJob::readDetails() {

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "host/record_object.h"
+#include "hostif/database.h"
 
 #include <QString>
 #include <QStringList>
+
+#include <memory>
 
 namespace kestal {
 
@@ -21,14 +24,18 @@ public:
     /// A recordset of a table of the open job. AutomationError, which names the table and the job's file,
     /// where the job has none.
     Ref<IDispatch> openTable(const char* table) const;
+    /// Whether any point has a name.
+    bool hasAlphaIds() const;
 
     Ref<JobObject> job;
     Ref<RecordObject> jobDetails, jobCfg, jobGeneral;
     Ref<IDispatch> database, detailsRset;
+    std::shared_ptr<genutil::Database> tables; ///< the same database, for the host's own reading
     QStringList faults;
 
 private:
     void readDetails();
+    void deriveDisplays();
     void readField(RecordObject& record, const std::string& field);
 };
 

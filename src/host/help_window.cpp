@@ -1,10 +1,10 @@
 #include "host/help_window.h"
 
+#include "host/help_page.h"
+
 #include <QApplication>
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QListWidget>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QScreen>
 #include <QShortcut>
@@ -13,9 +13,9 @@
 
 namespace kestal {
 
-HelpWindow::HelpWindow(const HelpTexts& texts, QWidget* parent)
-    : QDialog(parent), texts_(texts), topics_(new QListWidget), title_(new QLabel),
-      text_(new QPlainTextEdit) {
+HelpWindow::HelpWindow(const Host& host, QWidget* parent)
+    : QDialog(parent), texts_(host.help), topics_(new QListWidget),
+      page_(new HelpPage(host.paths.helpPage("manual.html"))) {
     setObjectName("frmHelp");
     setWindowTitle("Kestal help");
     setAttribute(Qt::WA_DeleteOnClose);
@@ -28,7 +28,7 @@ HelpWindow::HelpWindow(const HelpTexts& texts, QWidget* parent)
     auto* halves = new QSplitter;
     halves->setChildrenCollapsible(false);
     halves->addWidget(topics_);
-    halves->addWidget(makePage());
+    halves->addWidget(page_);
     halves->setStretchFactor(0, 0);
     halves->setStretchFactor(1, 1);
 
@@ -41,33 +41,13 @@ HelpWindow::HelpWindow(const HelpTexts& texts, QWidget* parent)
     halves->setSizes({width() * 3 / 10, width() * 7 / 10});
 
     connect(topics_, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {
-        if (const HelpTopic* topic = item ? texts_.find(item->data(Qt::UserRole).toInt()) : nullptr)
-            showText(topic->title, topic->text);
+        if (const int number = item ? item->data(Qt::UserRole).toInt() : 0;
+            const auto* topic = texts_.find(number))
+            showPage(number, topic);
     });
     connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this,
-        [this] { (topics_->hasFocus() ? static_cast<QWidget*>(text_) : topics_)->setFocus(); });
+        [this] { (topics_->hasFocus() ? static_cast<QWidget*>(page_) : topics_)->setFocus(); });
     topics_->setFocus();
-}
-
-QWidget* HelpWindow::makePage() {
-    QFont heading = title_->font();
-    heading.setBold(true);
-    heading.setPointSizeF(heading.pointSizeF() * 1.2);
-    title_->setFont(heading);
-    title_->setTextFormat(Qt::PlainText);
-    title_->setWordWrap(true);
-    text_->setReadOnly(true);
-    text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    text_->setAccessibleName("Help text");
-    text_->setFrameShape(QFrame::NoFrame);
-    text_->setTabChangesFocus(true);
-
-    auto* page = new QWidget;
-    auto* pageLayout = new QVBoxLayout(page);
-    pageLayout->setContentsMargins(12, 0, 0, 0);
-    pageLayout->addWidget(title_);
-    pageLayout->addWidget(text_, 1);
-    return page;
 }
 
 void HelpWindow::showTopic(int number) {
@@ -75,16 +55,21 @@ void HelpWindow::showTopic(int number) {
         if (topics_->item(row)->data(Qt::UserRole).toInt() == number)
             return topics_->setCurrentRow(row);
     topics_->setCurrentRow(-1);
-    showText("No help", topics_->count() == 0 ? "The help file of this installation could not be read."
-                                              : "There is no help for this window.");
+    showPage(number, nullptr);
 }
 
-void HelpWindow::showText(const QString& title, const QString& text) {
-    title_->setText(title);
-    text_->setPlainText(text);
+void HelpWindow::showPage(int number, const HelpTopic* topic) {
+    if (page_->hasTopic(number))
+        page_->showTopic(number);
+    else if (topic)
+        page_->showText(topic->title, topic->text);
+    else
+        page_->showText("No help", topics_->count() == 0
+                                       ? "The help file of this installation could not be read."
+                                       : "There is no help for this window.");
 }
 
-void showHelpWindow(const HelpTexts& texts, int topic) {
+void showHelpWindow(const Host& host, int topic) {
     static QPointer<HelpWindow> open;
     // A dialog that blocks other windows does not block its own children, so the help belongs to the active
     // window.
@@ -93,7 +78,7 @@ void showHelpWindow(const HelpTexts& texts, int topic) {
     if (open && open != owner && open->parentWidget() != owner)
         delete open;
     if (!open)
-        open = new HelpWindow(texts, owner);
+        open = new HelpWindow(host, owner);
     open->showTopic(topic);
     open->show();
     open->raise();

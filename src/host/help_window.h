@@ -1,33 +1,32 @@
 #pragma once
 
-#include "host/help_texts.h"
+#include "host/host.h"
 
 #include <QDialog>
 
-class QLabel;
 class QListWidget;
-class QPlainTextEdit;
 
 namespace kestal {
 
-/// The help topics: a list and the text of the chosen topic. F6 changes between the two, Escape closes.
+class HelpPage;
+
+/// The help topics: a list and the page of the chosen topic, the manual's or, where it has none, the text of
+/// instant help. F6 changes between the two, Escape closes.
 class HelpWindow : public QDialog {
 public:
-    HelpWindow(const HelpTexts& texts, QWidget* parent);
+    HelpWindow(const Host& host, QWidget* parent);
     /// Chooses a topic; one that does not exist is said to have no help.
     void showTopic(int number);
 
 private:
-    QWidget* makePage();
-    void showText(const QString& title, const QString& text);
+    void showPage(int number, const HelpTopic* topic);
 
     HelpTexts texts_;
     QListWidget* topics_;
-    QLabel* title_;
-    QPlainTextEdit* text_;
+    HelpPage* page_;
 };
 
 /// Opens the help window over the active window, or turns the open one to the topic.
-void showHelpWindow(const HelpTexts& texts, int topic);
+void showHelpWindow(const Host& host, int topic);
 
 } // namespace kestal

@@ -1,5 +1,7 @@
 #include "host/host.h"
 
+#include "host/general_preferences.h"
+#include "host/late_bound.h"
 #include "host/ls_option_set.h"
 #include "host/output.h"
 #include "host/settings_file.h"
@@ -29,12 +31,27 @@ Variant textValue(const QString& text) {
 constexpr const char* section = "Kestal";
 constexpr const char* viewState = "FileViewState";
 constexpr const char* dataFolder = "DataPath";
+constexpr const char* systemPrograms = "/usr/bin/"; // where an editor is looked for while none is set
+constexpr Setting instantHelp(bool on) {
+    return {"MainWindow", "InstantHelp", on ? "True" : "False"};
+}
+
+// Every writer and the working copy are beside the file itself, wherever a link to it stands.
+HostPaths resolved(HostPaths paths) {
+    try {
+        paths.settings = QString::fromStdString(realSettingsFile(paths.settings.toStdString()));
+    } catch (const std::exception&) {
+        // Whoever reads or writes them will say what is wrong.
+    }
+    return paths;
+}
 
 Ref<RecordObject> makeProgram(const HostPaths& paths) {
     auto prog = Ref<RecordObject>::adopt(new RecordObject(records::prog()));
     const std::pair<const char*, QString> values[] = {{"ProgramFolder", paths.program},
-        {"HelpSource", paths.help}, {"SettingsFile", paths.settings}, {"SettingsWorkFile", paths.settings},
-        {"DataPath", paths.samples}, {"ListFolder", paths.samples}};
+        {"HelpSource", paths.help}, {"SettingsFile", paths.settings},
+        {"SettingsWorkFile", QString::fromStdString(workingCopyOf(paths.settings.toStdString()))},
+        {"DataPath", paths.samples}, {"WindowsFolder", systemPrograms}};
     for (const auto& [name, value] : values)
         prog->set(name, textValue(value));
     return prog;
@@ -59,23 +76,47 @@ HostPaths HostPaths::standard() {
     return paths;
 }
 
+QString HostPaths::helpPage(const char* name) const {
+    return QFileInfo(help).dir().filePath(name);
+}
+
 Host::Host(HostPaths hostPaths)
-    : paths(std::move(hostPaths)), log(paths.log), help(HelpTexts::load(paths.help)),
-      prog(makeProgram(paths)), lsOptions(makeLsOptionSet()), lsOptionDefaults(makeLsOptionSet()) {
+    : paths(resolved(std::move(hostPaths))), log(paths.log), help(HelpTexts::load(paths.help)),
+      prog(makeProgram(paths)), lsOptions(makeLsOptionSet()), lsOptionDefaults(makeLsOptionSet()),
+      genPrefs(makeGeneralPreferences()) {
     const QLocale user = QLocale::system();
     genutil::setNumberLocale({user.decimalPoint().toStdString(), user.groupSeparator().toStdString()});
     for (const QString& fault : help.faults())
         log.write("Help: " + fault);
     try {
-        const std::string stored = readSetting(paths.settings.toStdString(), section, viewState, "0");
-        prog->set(viewState, Variant(std::string_view(stored)));
+        readSettings();
     } catch (const std::exception& error) {
-        log.write(QString("The stored setting %1 is not used: %2").arg(viewState, error.what()));
+        log.write(error.what());
     }
-    for (const QString& fault : readLsOptionSet(*lsOptions.get(), paths.settings.toStdString()))
-        log.write(fault);
     beginDataPath();
+    placeListFolder({});
     prog->set("Changed", Variant(false));
+}
+
+void Host::readSettings() {
+    const IniText stored = loadSettings(paths.settings.toStdString());
+    if (!stored.fault().empty())
+        log.write("The settings file " + paths.settings +
+                  " cannot be written: " + QString::fromStdString(stored.fault()));
+    for (const QString& fault : readLsOptionSet(*lsOptions.get(), stored) +
+                                    readGeneralPreferences(*genPrefs.get(), stored) + marks.read(stored))
+        log.write(fault);
+    const auto read = [&](const Setting& setting, const std::function<void(const Variant&)>& take) {
+        try {
+            take(Variant(
+                std::string_view(stored.value(setting.section, setting.key).value_or(setting.value))));
+        } catch (const std::exception& error) {
+            log.write(
+                QString("The stored setting %1 is not used: %2").arg(setting.key.c_str(), error.what()));
+        }
+    };
+    read({section, viewState, "0"}, [this](const Variant& value) { prog->set(viewState, value); });
+    read(instantHelp(false), [this](const Variant& value) { instantHelpOn = truthOf(value); });
 }
 
 void Host::beginDataPath() {
@@ -100,22 +141,62 @@ void Host::setDataPath(const QString& folder) {
     const bool wasChanged = prog->isChanged();
     prog->set(dataFolder, Variant(std::string_view(text)));
     prog->set("Changed", Variant(wasChanged));
+    keep({section, dataFolder, text});
+}
+
+void Host::keep(const Setting& setting) {
     try {
-        writeSetting(paths.settings.toStdString(), section, dataFolder, text);
+        storeSettings(paths.settings.toStdString(), {&setting, 1});
     } catch (const std::exception& error) {
-        log.write(QString("The setting %1 is not stored: %2").arg(dataFolder, error.what()));
+        log.write(QString("The setting %1 is not stored: %2").arg(setting.key.c_str(), error.what()));
+    }
+}
+
+void Host::setInstantHelp(bool on) {
+    instantHelpOn = on;
+    keep(instantHelp(on));
+    if (instantHelpChanged)
+        instantHelpChanged(on);
+}
+
+void Host::keepMarks() {
+    if (!marks.isChanged())
+        return;
+    marks.keep();
+    try {
+        storeSettings(paths.settings.toStdString(), marks.settings());
+    } catch (const std::exception& error) {
+        log.write(QString("The marks of the View menu are not stored: %1").arg(error.what()));
     }
 }
 
 void Host::takeProgram(IDispatch* changed) {
     prog->copyFrom(changed);
     prog->set("Changed", Variant(false));
-    writeSetting(paths.settings.toStdString(), section, viewState, prog->text(viewState));
+    storeSettings(paths.settings.toStdString(), programSettings(prog.get()));
+}
+
+std::vector<Setting> Host::programSettings(IDispatch* program) const {
+    return {{section, viewState, textOf(LateBound(program).get(viewState))}};
 }
 
 void Host::takeLsOptions(IDispatch* changed) {
     lsOptions->copyFrom(changed);
-    writeLsOptionSet(*lsOptions.get(), paths.settings.toStdString());
+    storeSettings(paths.settings.toStdString(), lsOptionSettings(*lsOptions.get()));
+}
+
+void Host::takePreferences(IDispatch* preferences, IDispatch* options, IDispatch* program) {
+    genPrefs->copyFrom(preferences);
+    lsOptions->copyFrom(options);
+    prog->copyFrom(program);
+    prog->set("Changed", Variant(false));
+}
+
+void Host::placeListFolder(const std::string& jobPath) {
+    const bool wasChanged = prog->isChanged();
+    prog->set("ListFolder", Variant(std::string_view(listFolder(int16Of(genPrefs->value("ListGroup")),
+                                prog->text("ProgramFolder"), prog->text(dataFolder), jobPath))));
+    prog->set("Changed", Variant(wasChanged));
 }
 
 void Host::report(const QString& problem, const QString& details) {

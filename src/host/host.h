@@ -4,10 +4,13 @@
 #include "host/log_file.h"
 #include "host/reading_problem.h"
 #include "host/record_object.h"
+#include "host/settings_file.h"
+#include "host/view_marks.h"
 
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace kestal {
@@ -20,10 +23,17 @@ struct HostPaths {
     QString samples;  ///< the folder of the sample reports; "" where they are not installed
     QString program;  ///< the folder of the executable, with a trailing separator
 
+    /// A file that stands beside the help file.
+    QString helpPage(const char* name) const;
+
     /// The share folder is $KESTAL_SHARE, else the first that exists of ../share/kestal and ../share beside
     /// the executable and that of the source tree. Needs the application object.
     static HostPaths standard();
 };
+
+/// What the procedure reported in which an error began; null where the reports do not say more than the
+/// error's description. On its way to the caller an error is described by its number alone.
+const std::string* originOf(const std::string& description, const std::vector<std::string>& procedureReports);
 
 /// What all parts of the host share. The service objects hold it, so it lives as long as the component does.
 class Host {
@@ -37,6 +47,9 @@ public:
     Ref<RecordObject> lsOptions; ///< the user's preferences, which begin as the settings have them
     const Ref<RecordObject> lsOptionDefaults; ///< the factory's
 
+    Ref<RecordObject> genPrefs; ///< the user's general preferences
+    ViewMarks marks;            ///< what the plot shows
+
     bool instantHelpOn = false;
     /// False where nobody sits at the screen: problems then go to the standard error stream, not into a
     /// window.
@@ -45,6 +58,7 @@ public:
     // Set by the windows that exist; unset ones drop what they are given.
     std::function<void(const QString& title, const QString& text)> showInstantHelp;
     std::function<void(const QString& problem)> showProblem; ///< the latest problem, for a status bar
+    std::function<void(bool on)> instantHelpChanged;
 
     /// The job files that the latest list of jobs could not read.
     std::vector<ReadingProblem> readingProblems;
@@ -58,12 +72,33 @@ public:
     /// Stores it. A setting that cannot be stored is logged.
     void setDataPath(const QString& folder);
 
+    /// Switches instant help on or off and tells the window. The choice is stored; one that cannot be is
+    /// logged.
+    void setInstantHelp(bool on);
+
+    /// Stores marks that were changed. Marks that cannot be stored are logged, once for each change.
+    void keepMarks();
+
     /// Takes over the values of a program object that a dialog has changed, and stores those that outlive the
     /// session.
     void takeProgram(IDispatch* changed);
 
+    /// The settings of what outlives the session in a program object.
+    std::vector<Setting> programSettings(IDispatch* program) const;
+
     /// Takes over the least-squares options that a dialog has changed, and stores them.
     void takeLsOptions(IDispatch* changed);
+
+    /// Takes over what a dialog of the preferences hands back; it has stored that itself.
+    void takePreferences(IDispatch* preferences, IDispatch* options, IDispatch* program);
+
+    /// Sets `ListFolder` of the program to where the preferences want list files; "" while no job is open.
+    void placeListFolder(const std::string& jobPath);
+
+    /// The change of the settings that a dialog is making: set from OpenSettingsStore to CloseSettingsStore.
+    std::unique_ptr<SettingsChange> openStore;
+    /// Gives up a change that a failed dialog has left open.
+    void abandonStore() { openStore.reset(); }
 
     /// Logs the problem and puts it before the user.
     void report(const QString& problem, const QString& details = {});
@@ -72,7 +107,9 @@ public:
     void collect(const ReadingProblem& problem, const QString& details);
 
 private:
+    void readSettings();
     void beginDataPath();
+    void keep(const Setting& setting);
 };
 
 } // namespace kestal

@@ -87,7 +87,7 @@ int runJobList(const CommandLine& line, const HostPtr& host, ComponentAccess& co
         host->setDataPath(folder);
     }
     const auto selected = Ref<JobObject>::adopt(new JobObject);
-    const auto mainForm = makeScreenFormObject();
+    const auto mainForm = makeScreenFormObject(host);
     if (!component.listJobs(*selected.get(), CurrentJob(), mainForm.get()))
         return exit_codes::Success;
     return writeOutput(selected->fullName() + "\n") ? exit_codes::Success : exit_codes::Failure;
@@ -96,6 +96,15 @@ int runJobList(const CommandLine& line, const HostPtr& host, ComponentAccess& co
 int runNewJob(const CommandLine& line, const HostPtr&) {
     createJob(line.file);
     return exit_codes::Success;
+}
+
+CurrentJob openedJob(const CommandLine& line, Host& host) {
+    CurrentJob job;
+    if (line.has("--job"))
+        job.open(QString::fromStdString(line.options.at("--job")));
+    for (const QString& fault : job.faults)
+        host.log.write(fault);
+    return job;
 }
 
 } // namespace kestal

@@ -6,6 +6,7 @@
 namespace kestal {
 
 class ComponentAccess;
+class CurrentJob;
 
 // The commands that deal with jobs. Each returns the exit code.
 
@@ -15,5 +16,8 @@ int runJobs(const CommandLine& line, const HostPtr& host, ComponentAccess& compo
 int runJobList(const CommandLine& line, const HostPtr& host, ComponentAccess& component);
 /// Makes an empty job.
 int runNewJob(const CommandLine& line, const HostPtr& host);
+
+/// The job of the option --job, opened; none without the option.
+CurrentJob openedJob(const CommandLine& line, Host& host);
 
 } // namespace kestal

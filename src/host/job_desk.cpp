@@ -17,6 +17,7 @@ void JobDesk::take(const QString& file) {
     current_.open(QFileInfo(file).absoluteFilePath());
     for (const QString& fault : current_.faults)
         host_->log.write("Job " + file + ": " + fault);
+    host_->placeListFolder(current_.job->text("JobPath"));
     if (changed)
         changed();
 }
@@ -44,11 +45,14 @@ void JobDesk::create(const QString& file) {
 void JobDesk::close() {
     current_.close();
     remember({});
+    host_->placeListFolder({});
     if (changed)
         changed();
 }
 
 void JobDesk::reopenLast() {
+    if (!truthOf(host_->genPrefs->value("LoadLastJob")))
+        return;
     try {
         const auto file =
             QString::fromStdString(readSetting(host_->paths.settings.toStdString(), section, lastJob, ""));

@@ -19,7 +19,8 @@ public:
     /// Makes an empty job and opens it. Refuses the name of a file that exists.
     void create(const QString& file);
     void close();
-    /// Opens the job that was open last, if it still is there; what is wrong with it is only logged.
+    /// Opens the job that was open last, if it still is there and the preferences want it; what is wrong with
+    /// it is only logged.
     void reopenLast();
     /// Shows the list of jobs and opens the one that is chosen.
     void chooseFromList(IDispatch* mainForm);

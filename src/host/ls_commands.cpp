@@ -3,6 +3,7 @@
 #include "host/component_access.h"
 #include "host/current_job.h"
 #include "host/database_objects.h"
+#include "host/job_commands.h"
 #include "host/job_schema.h"
 #include "host/late_bound.h"
 #include "host/ls_option_set.h"
@@ -14,16 +15,6 @@
 
 namespace kestal {
 namespace {
-
-// The open job of the option --job; none without it.
-CurrentJob jobOf(const CommandLine& line, Host& host) {
-    CurrentJob job;
-    if (line.has("--job"))
-        job.open(QString::fromStdString(line.options.at("--job")));
-    for (const QString& fault : job.faults)
-        host.log.write(fault);
-    return job;
-}
 
 int refuse(const char* rule) {
     printProblem(QString(rule) + "\nTry 'kestal --help'.");
@@ -70,7 +61,7 @@ int runLsOptions(const CommandLine& line, const HostPtr& host, ComponentAccess& 
     if (line.has("--page") != (mode == ls_modes::Page))
         return refuse("--page N is needed with --mode 2 and used with no other");
     component.editLsOptions(static_cast<std::int16_t>(mode),
-        static_cast<std::int16_t>(line.number("--page", 0)), jobOf(line, *host));
+        static_cast<std::int16_t>(line.number("--page", 0)), openedJob(line, *host));
     return exit_codes::Success;
 }
 
@@ -79,7 +70,7 @@ int dumpLsOptions(const CommandLine& line, const HostPtr& host) {
         return refuse(
             "--dump writes the preferences or, with --job, the first header record: it takes neither "
             "--mode nor --page");
-    const CurrentJob job = jobOf(line, *host);
+    const CurrentJob job = openedJob(line, *host);
     Ref<IDispatch> header;
     if (job.isOpen())
         header = job.openTable(job_tables::DataHeader);
@@ -98,7 +89,7 @@ int dumpLsOptions(const CommandLine& line, const HostPtr& host) {
 }
 
 int runPointSave(const CommandLine& line, const HostPtr& host, ComponentAccess& component) {
-    component.editPointSave(jobOf(line, *host));
+    component.editPointSave(openedJob(line, *host));
     return exit_codes::Success;
 }
 

@@ -1,7 +1,5 @@
 #include "host/ls_option_set.h"
 
-#include "host/settings_file.h"
-
 namespace kestal {
 namespace {
 
@@ -120,26 +118,12 @@ Ref<RecordObject> makeLsOptionSet() {
     return Ref<RecordObject>::adopt(new RecordObject(records::lsOptPref()));
 }
 
-QStringList readLsOptionSet(RecordObject& optionSet, const std::string& settingsFile) {
-    QStringList faults;
-    for (const LsOption& option : lsOptions()) {
-        try {
-            const std::string initial = optionSet.text(option.name);
-            const std::string stored = readSetting(settingsFile, section, option.name, initial);
-            optionSet.set(option.name, Variant(std::string_view(stored)));
-        } catch (const std::exception& error) {
-            faults +=
-                QString("The stored least-squares option %1 is not used: %2").arg(option.name, error.what());
-        }
-    }
-    return faults;
+QStringList readLsOptionSet(RecordObject& optionSet, const IniText& settings) {
+    return readRecord(optionSet, settings, section);
 }
 
-void writeLsOptionSet(const RecordObject& optionSet, const std::string& settingsFile) {
-    std::vector<std::pair<std::string, std::string>> values;
-    for (const LsOption& option : lsOptions())
-        values.emplace_back(option.name, optionSet.text(option.name));
-    writeSettings(settingsFile, section, values);
+std::vector<Setting> lsOptionSettings(const RecordObject& optionSet) {
+    return settingsOf(optionSet, section);
 }
 
 } // namespace kestal

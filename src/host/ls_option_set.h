@@ -1,8 +1,6 @@
 #pragma once
 
-#include "host/record_object.h"
-
-#include <QStringList>
+#include "host/record_settings.h"
 
 #include <span>
 
@@ -22,11 +20,9 @@ std::span<const LsOption> lsOptions();
 /// An option set with the factory defaults.
 Ref<RecordObject> makeLsOptionSet();
 
-/// Takes over what the settings file has in its section "LeastSquares", one key for each option. A value that
+/// Takes over what the settings have in their section "LeastSquares", one key for each option. A value that
 /// the option cannot take leaves the default; the result says which and why.
-QStringList readLsOptionSet(RecordObject& optionSet, const std::string& settingsFile);
-/// Stores all options at once, numbers with a point whatever the locale. PathAccess when they cannot be
-/// stored.
-void writeLsOptionSet(const RecordObject& optionSet, const std::string& settingsFile);
+QStringList readLsOptionSet(RecordObject& optionSet, const IniText& settings);
+std::vector<Setting> lsOptionSettings(const RecordObject& optionSet);
 
 } // namespace kestal

@@ -37,9 +37,23 @@ public:
     }
 };
 
+// A part of the window with one truth that can be read and put.
+class SwitchObject : public AutomationObject {
+public:
+    using Read = std::function<bool()>;
+    using Put = std::function<void(bool)>;
+    SwitchObject(const char* className, const char* member, Read read, Put put)
+        : AutomationObject(className) {
+        property(
+            member, [read = std::move(read)] { return Variant(read()); },
+            [put = std::move(put)](const VARIANT& value) { put(truthOf(value)); });
+    }
+};
+
 class MainFormObject : public AutomationObject {
 public:
-    explicit MainFormObject(const Places& places) : AutomationObject("kestal.frmMain") {
+    MainFormObject(const std::shared_ptr<Host>& host, const Places& places)
+        : AutomationObject("kestal.frmMain") {
         property("windowState", [=] { return Variant(static_cast<std::int16_t>(places().state)); });
         property("Top", [=] { return twips(places().window.top()); });
         property("Left", [=] { return twips(places().window.left()); });
@@ -47,9 +61,33 @@ public:
         property("Height", [=] { return twips(places().window.height()); });
         addPart("picPlot", places, false);
         addPart("picContainer", places, true);
+        addMarks(host, places);
+        addSwitch(
+            "picScaleBar", "Visible", places, [host] { return host->marks.showsScaleBar(); },
+            [host](bool on) { host->marks.showScaleBar(on); });
+        addSwitch(
+            "mnuHelpInstantHelp", "Checked", places, [host] { return host->instantHelpOn; },
+            [host](bool on) { host->setInstantHelp(on); });
     }
 
 private:
+    void addMarks(const std::shared_ptr<Host>& host, const Places& places) {
+        int index = 0;
+        for (const ViewMark& each : viewMarks()) {
+            const auto mark = static_cast<Mark>(index++);
+            addSwitch(
+                each.name, "Checked", places, [=] { return host->marks.isSet(mark); },
+                [=](bool on) { host->marks.set(mark, on); });
+        }
+    }
+    void addSwitch(const char* name, const char* member, const Places& places, const SwitchObject::Read& read,
+        const SwitchObject::Put& put) {
+        property(name, [=] {
+            places(); // fails once the window is gone
+            const auto part = Ref<IDispatch>::adopt(new SwitchObject(name, member, read, put));
+            return Variant(part.get());
+        });
+    }
     void addPart(const char* name, const Places& places, bool isContainer) {
         property(name, [=] {
             const auto part = Ref<IDispatch>::adopt(new PartObject(name, places, isContainer));
@@ -73,13 +111,13 @@ Placement placementOf(const QWidget* window, const QWidget* plot) {
 
 } // namespace
 
-Ref<IDispatch> makeMainFormObject(QWidget& window, QWidget& plot) {
-    return Ref<IDispatch>::adopt(new MainFormObject(
+Ref<IDispatch> makeMainFormObject(std::shared_ptr<Host> host, QWidget& window, QWidget& plot) {
+    return Ref<IDispatch>::adopt(new MainFormObject(std::move(host),
         [window = QPointer(&window), plot = QPointer(&plot)] { return placementOf(window, plot); }));
 }
 
-Ref<IDispatch> makeScreenFormObject() {
-    return Ref<IDispatch>::adopt(new MainFormObject([] {
+Ref<IDispatch> makeScreenFormObject(std::shared_ptr<Host> host) {
+    return Ref<IDispatch>::adopt(new MainFormObject(std::move(host), [] {
         const QScreen* const screen = QGuiApplication::primaryScreen();
         Placement place;
         place.window = screen ? screen->availableGeometry() : QRect();

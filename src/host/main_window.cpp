@@ -1,9 +1,9 @@
 #include "host/main_window.h"
 
 #include "host/gauge_demo.h"
-#include "host/help_window.h"
 #include "host/job_panel.h"
 #include "host/main_form_object.h"
+#include "host/plot_view.h"
 #include "host/problem_window.h"
 #include "host/report_kinds.h"
 #include "host/report_model.h"
@@ -17,33 +17,23 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScreen>
-#include <QSettings>
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 namespace kestal {
 namespace {
 
-constexpr int mainTopic = 100;
-constexpr const char* placementGroup = "MainWindow";
-
-// Runs a command of the user; what fails in it is put before the user.
-void guarded(Host& host, const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const std::exception& error) {
-        host.report(error.what());
-    }
-}
+constexpr const char* placementSection = "MainWindow";
+constexpr const char* placementKey = "Geometry";
 
 } // namespace
 
@@ -54,8 +44,8 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
     auto* halves = new QSplitter;
     halves->setChildrenCollapsible(false);
     halves->addWidget(makeReportList());
-    halves->addWidget(makePlotArea());
-    halves->setSizes({560, 400});
+    halves->addWidget(makeJobSide());
+    halves->setSizes({440, 520});
     setCentralWidget(halves);
     makeHelpPanel();
     makeMenus();
@@ -72,8 +62,10 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
         helpText_->setPlainText(text);
     };
     host_->showProblem = [this](const QString& problem) { status_->setText(problem.simplified()); };
+    host_->instantHelpChanged = [this](bool on) { showInstantHelpPanel(on); };
+    host_->marks.changed = [this](Mark mark) { takeMark(mark); };
     restorePlacement();
-    setInstantHelp(host_->instantHelpOn);
+    showInstantHelpPanel(host_->instantHelpOn);
     openFolder(host_->paths.samples.isEmpty() ? QDir::homePath() : host_->paths.samples);
     jobs_.changed = [this] { showCurrentJob(); };
     showCurrentJob();
@@ -84,6 +76,24 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
 MainWindow::~MainWindow() {
     host_->showInstantHelp = nullptr;
     host_->showProblem = nullptr;
+    host_->instantHelpChanged = nullptr;
+    host_->marks.changed = nullptr;
+    host_->keepMarks();
+}
+
+void MainWindow::open() {
+    if (truthOf(host_->genPrefs->value("StartMaximized")))
+        showMaximized();
+    else
+        showNormal(); // also where the last session ended maximised
+}
+
+void MainWindow::guarded(const std::function<void()>& body) {
+    try {
+        body();
+    } catch (const std::exception& error) {
+        host_->report(error.what());
+    }
 }
 
 QWidget* MainWindow::makeReportList() {
@@ -131,19 +141,27 @@ QWidget* MainWindow::makeReportList() {
     return list;
 }
 
-QWidget* MainWindow::makePlotArea() {
-    auto* area = new QFrame;
-    area->setObjectName("picPlot");
-    area->setAccessibleName("Plot");
-    area->setFrameShape(QFrame::StyledPanel);
-    area->setBackgroundRole(QPalette::Base);
-    area->setAutoFillBackground(true);
-    jobPanel_ = new JobPanel;
-    auto* layout = new QVBoxLayout(area);
+QWidget* MainWindow::makeJobSide() {
+    auto* picture = new QFrame;
+    picture->setObjectName("picPlot");
+    picture->setFrameShape(QFrame::StyledPanel);
+    plot_ = new PlotView(host_->marks);
+    auto* layout = new QVBoxLayout(picture);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(jobPanel_);
-    area->setMinimumWidth(160);
-    return area;
+    layout->addWidget(plot_);
+    auto* details = new QFrame;
+    details->setFrameShape(QFrame::StyledPanel);
+    jobPanel_ = new JobPanel;
+    auto* detailsLayout = new QVBoxLayout(details);
+    detailsLayout->setContentsMargins(0, 0, 0, 0);
+    detailsLayout->addWidget(jobPanel_);
+    auto* side = new QSplitter(Qt::Vertical);
+    side->setChildrenCollapsible(false);
+    side->addWidget(picture);
+    side->addWidget(details);
+    side->setSizes({360, 200});
+    side->setMinimumWidth(160);
+    return side;
 }
 
 void MainWindow::makeHelpPanel() {
@@ -176,57 +194,6 @@ void MainWindow::makeHelpPanel() {
     addDockWidget(Qt::BottomDockWidgetArea, helpPanel_);
 }
 
-QAction* MainWindow::addCommand(
-    QMenu* menu, const QString& text, const QKeySequence& key, std::function<void()> body) {
-    QAction* action = menu->addAction(text);
-    action->setShortcut(key);
-    connect(action, &QAction::triggered, this, [this, body = std::move(body)] { guarded(*host_, body); });
-    return action;
-}
-
-void MainWindow::makeMenus() {
-    QMenu* file = menuBar()->addMenu("&File");
-    addCommand(file, "&Open report...", QKeySequence::Open, [this] { chooseReport(); });
-    addCommand(file, "Choose &folder...", Qt::CTRL | Qt::SHIFT | Qt::Key_O, [this] { chooseFolder(); });
-    file->addSeparator();
-    addCommand(file, "&Job list...", Qt::CTRL | Qt::Key_J, [this] { listJobs(); });
-    addCommand(file, "&New job...", QKeySequence::New, [this] { createJob(); });
-    closeJob_ = addCommand(file, "&Close job", {}, [this] { jobs_.close(); });
-    file->addSeparator();
-    addCommand(file, "E&xit", Qt::CTRL | Qt::Key_Q, [this] { close(); });
-    QMenu* view = menuBar()->addMenu("&View");
-    addCommand(view, "&Reports", Qt::CTRL | Qt::Key_L, [this] { reportView_->setFocus(); });
-    addCommand(view, "Re&fresh", QKeySequence(Qt::Key_F5), [this] { openFolder(folder_); });
-    addCommand(view, "&Problems...", {}, [this] { showProblems(); });
-    QMenu* tools = menuBar()->addMenu("&Tools");
-    addLsOptionCommands(tools);
-    tools->addSeparator();
-    addCommand(tools, "&Progress gauge demonstration", {}, [this] { showGauge(); });
-    QMenu* help = menuBar()->addMenu("&Help");
-    mnuHelpInstantHelp_ = help->addAction("&Instant help");
-    mnuHelpInstantHelp_->setObjectName("mnuHelpInstantHelp");
-    mnuHelpInstantHelp_->setCheckable(true);
-    connect(mnuHelpInstantHelp_, &QAction::toggled, this, [this](bool on) { setInstantHelp(on); });
-    addCommand(
-        help, "Help &topics", QKeySequence(Qt::Key_F1), [this] { showHelpWindow(host_->help, mainTopic); });
-    help->addSeparator();
-    addCommand(help, "&About Kestal", {}, [this] { showAbout(); });
-}
-
-void MainWindow::addLsOptionCommands(QMenu* tools) {
-    const auto ofMode = [this](std::int16_t mode, std::int16_t dataMode = 0) {
-        return [this, mode, dataMode] { editLsOptions(mode, dataMode); };
-    };
-    addCommand(tools, "&Least-squares options...", {}, ofMode(ls_modes::Preferences));
-    jobOptions_ += addCommand(tools, "Options of this &job...", {}, ofMode(ls_modes::JobAndSet));
-    QMenu* pages = tools->addMenu("&Page options");
-    jobOptions_ += pages->menuAction();
-    for (std::int16_t dataMode = 1; dataMode <= 4; ++dataMode)
-        addCommand(pages, QString("Data mode &%1...").arg(dataMode), {}, ofMode(ls_modes::Page, dataMode));
-    jobOptions_ += addCommand(tools, "&Traverse header options...", {}, ofMode(ls_modes::Header));
-    addCommand(tools, "Point &save options...", {}, [this] { editPointSave(); });
-}
-
 void MainWindow::openFolder(const QString& folder) {
     const QFileInfo info(folder);
     if (!info.isDir() || !info.isReadable()) {
@@ -246,7 +213,7 @@ void MainWindow::openFolder(const QString& folder) {
 }
 
 void MainWindow::openReport(const QString& file) {
-    guarded(*host_, [&] {
+    guarded([&] {
         const ReportKind& kind = reportKindOf(QFileInfo(file).fileName());
         component_.viewFile(file.toStdString(), kind.viewMode, false);
     });
@@ -278,7 +245,7 @@ void MainWindow::takeFolder(const QString& folder) {
 }
 
 void MainWindow::openJob(const QString& file) {
-    guarded(*host_, [&] { jobs_.open(file); });
+    guarded([&] { jobs_.open(file); });
 }
 
 void MainWindow::createJob() {
@@ -292,10 +259,10 @@ void MainWindow::createJob() {
 }
 
 void MainWindow::listJobs() {
-    guarded(*host_, [this] {
+    guarded([this] {
         // Dialogs cover the plot. Here it shares the window with the list of reports, and a list of jobs
         // needs the room of both.
-        const auto mainForm = makeMainFormObject(*this, *centralWidget());
+        const auto mainForm = makeMainFormObject(host_, *this, *centralWidget());
         jobs_.chooseFromList(mainForm.get());
     });
     const std::size_t count = host_->readingProblems.size();
@@ -306,16 +273,48 @@ void MainWindow::listJobs() {
 }
 
 void MainWindow::editLsOptions(std::int16_t mode, std::int16_t dataMode) {
-    guarded(*host_, [&] { component_.editLsOptions(mode, dataMode, jobs_.current()); });
+    guarded([&] { component_.editLsOptions(mode, dataMode, jobs_.current()); });
 }
 
 void MainWindow::editPointSave() {
-    guarded(*host_, [&] { component_.editPointSave(jobs_.current()); });
+    guarded([&] { component_.editPointSave(jobs_.current()); });
+}
+
+void MainWindow::editPreferences() {
+    guarded([this] {
+        const auto mainForm = makeMainFormObject(host_, *this, *centralWidget());
+        component_.editPreferences(jobs_.current(), mainForm.get());
+    });
+}
+
+void MainWindow::editDisplay() {
+    guarded([this] {
+        const auto mainForm = makeMainFormObject(host_, *this, *centralWidget());
+        component_.editDisplay(jobs_.current(), mainForm.get());
+    });
+}
+
+void MainWindow::showHistory() {
+    guarded([this] { component_.showHistory(); });
+}
+
+// Several marks may change at once; what depends on them is done when they all have.
+void MainWindow::takeMark(Mark mark) {
+    if (mark != Mark::Count)
+        markActions_[static_cast<int>(mark)]->setChecked(host_->marks.isSet(mark));
+    if (std::exchange(hasNewMarks_, true))
+        return;
+    QTimer::singleShot(0, this, [this] {
+        hasNewMarks_ = false;
+        plot_->marksChanged();
+        host_->keepMarks();
+    });
 }
 
 void MainWindow::showCurrentJob() {
     const CurrentJob& job = jobs_.current();
     jobPanel_->showJob(job);
+    plot_->showJob(job);
     for (QAction* command : jobOptions_ + QList{closeJob_})
         command->setEnabled(job.isOpen());
     setWindowTitle(job.isOpen() ? QString::fromStdString(job.job->text("JobName")) + " - Kestal" : "Kestal");
@@ -343,8 +342,7 @@ void MainWindow::showAbout() {
             "\n\nReference host of the component \"Kestal general utilities\".");
 }
 
-void MainWindow::setInstantHelp(bool on) {
-    host_->instantHelpOn = on;
+void MainWindow::showInstantHelpPanel(bool on) {
     mnuHelpInstantHelp_->setChecked(on);
     helpPanel_->setVisible(on);
     if (on && helpTitle_->text().isEmpty())
@@ -353,10 +351,13 @@ void MainWindow::setInstantHelp(bool on) {
 }
 
 void MainWindow::restorePlacement() {
-    QSettings settings(host_->paths.settings, QSettings::IniFormat);
-    settings.beginGroup(placementGroup);
-    host_->instantHelpOn = settings.value("InstantHelp", false).toBool();
-    if (!restoreGeometry(settings.value("Geometry").toByteArray()))
+    std::string geometry;
+    try {
+        geometry = readSetting(host_->paths.settings.toStdString(), placementSection, placementKey, "");
+    } catch (const std::exception& error) {
+        host_->log.write(QString("The placement of the main window is not used: %1").arg(error.what()));
+    }
+    if (!restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(geometry))))
         resize(QSize(960, 620).boundedTo(screen()->availableSize()));
 }
 
@@ -370,13 +371,12 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         if (window && window->isVisible())
             return event->ignore();
     }
-    QSettings settings(host_->paths.settings, QSettings::IniFormat);
-    settings.beginGroup(placementGroup);
-    settings.setValue("Geometry", saveGeometry());
-    settings.setValue("InstantHelp", host_->instantHelpOn);
-    settings.sync();
-    if (settings.status() != QSettings::NoError)
-        host_->log.write("The placement of the main window cannot be stored in " + host_->paths.settings);
+    try {
+        writeSetting(host_->paths.settings.toStdString(), placementSection, placementKey,
+            saveGeometry().toBase64().toStdString());
+    } catch (const std::exception& error) {
+        host_->log.write(QString("The placement of the main window is not stored: %1").arg(error.what()));
+    }
     event->accept();
 }
 

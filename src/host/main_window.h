@@ -19,15 +19,18 @@ class QTreeView;
 namespace kestal {
 
 class JobPanel;
+class PlotView;
 class ReportModel;
 
-/// The host's main window: the reports of a folder, the plot area with the open job, the instant-help panel.
-/// It takes over what the services have to show, and opens the job that was open last.
+/// The host's main window: the reports of a folder, the plot and the details of the open job, the
+/// instant-help panel. It takes over what the services have to show, and opens the job that was open last.
 class MainWindow : public QMainWindow {
 public:
     MainWindow(HostPtr host, ComponentAccess& component);
     ~MainWindow() override;
 
+    /// Shows the window, in the size that the preferences want.
+    void open();
     void openFolder(const QString& folder);
     void openReport(const QString& file);
     void openJob(const QString& file);
@@ -37,6 +40,10 @@ public:
     /// with the points of an adjusted network.
     void editLsOptions(std::int16_t mode, std::int16_t dataMode = 0);
     void editPointSave();
+    /// Shows the preferences, and what the plot shows.
+    void editPreferences();
+    void editDisplay();
+    void showHistory();
     QAction* instantHelpAction() const { return mnuHelpInstantHelp_; }
 
 protected:
@@ -44,9 +51,12 @@ protected:
 
 private:
     QWidget* makeReportList();
-    QWidget* makePlotArea();
+    QWidget* makeJobSide();
     void makeHelpPanel();
     void makeMenus();
+    void addMarks(QMenu* view);
+    /// Runs a command of the user; what fails in it is put before the user.
+    void guarded(const std::function<void()>& body);
     QAction* addCommand(
         QMenu* menu, const QString& text, const QKeySequence& key, std::function<void()> body);
     void chooseReport();
@@ -59,7 +69,8 @@ private:
     void addLsOptionCommands(QMenu* tools);
     void showGauge();
     void showAbout();
-    void setInstantHelp(bool on);
+    void showInstantHelpPanel(bool on);
+    void takeMark(Mark mark);
     void restorePlacement();
 
     HostPtr host_;
@@ -72,7 +83,10 @@ private:
     QLineEdit* folderEdit_ = nullptr;
     QTreeView* reportView_ = nullptr;
     QLabel* noReports_ = nullptr;
+    PlotView* plot_ = nullptr;
     JobPanel* jobPanel_ = nullptr;
+    QList<QAction*> markActions_; // in the order of Mark
+    bool hasNewMarks_ = false;    // that the plot and the settings do not have yet
     QAction* closeJob_ = nullptr;
     QList<QAction*> jobOptions_;      // those that need an open job
     QPushButton* problems_ = nullptr; // how many the latest list of jobs had

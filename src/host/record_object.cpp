@@ -66,8 +66,7 @@ const RecordClass& jobGeneral() {
     static const RecordClass record{"k_gencvf.jobGeneral",
         {{"ValidHorizPts", int32(-1)}, {"CurrentMaxPoint", int32(-1)}, {"FirstFreePoint", int32(-1)},
             {"FirstPointStored", int32(-1)}, {"TransType", text()}, {"GeoidUpdate", truth()},
-            {"MinimumX", real()}, {"MinimumY", real()}, {"MaximumX", real()}, {"MaximumY", real()},
-            {"GeodeticDisplays", truth()}, {"NoLinearScale", truth()}}};
+            {"MinimumX", real()}, {"MinimumY", real()}, {"MaximumX", real()}, {"MaximumY", real()}}};
     return record;
 }
 

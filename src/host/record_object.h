@@ -23,6 +23,7 @@ const RecordClass& job();
 const RecordClass& jobDetails();
 const RecordClass& jobCfg();
 const RecordClass& jobGeneral();
+const RecordClass& genPrefs();
 const RecordClass& lsOptPref(); // made of the options in ls_option_set.h
 } // namespace records
 

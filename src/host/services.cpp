@@ -65,6 +65,7 @@ const std::vector<ServiceClass>& serviceClasses() {
         {names::sysInfo, makeSysInfo},
         {names::dispFormats, makeDispFormats},
         {names::interpNames, makeInterpNames},
+        {names::settingsStore, makeSettingsStore},
         {names::instantHelp, makeInstantHelp},
         {names::job, [](const HostPtr&) { return Ref<IDispatch>::adopt(new JobObject); }},
         recordService(names::jobDetails, records::jobDetails()),

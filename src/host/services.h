@@ -28,6 +28,7 @@ Ref<IDispatch> makeRegInfo(const HostPtr& host);
 Ref<IDispatch> makeSysInfo(const HostPtr& host);
 Ref<IDispatch> makeDispFormats(const HostPtr& host);
 Ref<IDispatch> makeInterpNames(const HostPtr& host);
+Ref<IDispatch> makeSettingsStore(const HostPtr& host);
 Ref<IDispatch> makeInstantHelp(const HostPtr& host);
 
 } // namespace kestal

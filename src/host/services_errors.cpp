@@ -1,10 +1,14 @@
 #include "host/services.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace kestal {
 namespace {
 
 // errHandler. A report of a procedure is logged; one of an event handler, where the error ends, is also put
-// before the user, but for what is wrong with the files of a list of jobs: that is collected.
+// before the user, together with what the procedure said in which it began; but what is wrong with the files
+// of a list of jobs is collected.
 class ErrHandler : public AutomationObject {
 public:
     explicit ErrHandler(HostPtr host) : AutomationObject("k_genproc.errHandler"), host_(std::move(host)) {
@@ -16,7 +20,10 @@ public:
             host_->procedureReports.push_back(description);
         });
         method("ReportEventError", [this](const std::string& description, const std::string& procedure) {
-            const QString place = QString::fromStdString("In " + procedure);
+            QString place = QString::fromStdString("In " + procedure);
+            const std::vector<std::string> reports = std::exchange(host_->procedureReports, {});
+            if (const std::string* const origin = originOf(description, reports))
+                place.prepend(QString::fromStdString(*origin + "\n"));
             if (const auto problem = readingProblem(description, procedure))
                 host_->collect(*problem, place);
             else
@@ -30,6 +37,13 @@ private:
 };
 
 } // namespace
+
+const std::string* originOf(
+    const std::string& description, const std::vector<std::string>& procedureReports) {
+    const auto origin = std::find_if(procedureReports.rbegin(), procedureReports.rend(),
+        [&](const std::string& report) { return report != description; });
+    return description.empty() || origin == procedureReports.rend() ? nullptr : &*origin;
+}
 
 Ref<IDispatch> makeErrHandler(const HostPtr& host) {
     return Ref<IDispatch>::adopt(new ErrHandler(host));

@@ -1,13 +1,15 @@
 #include "host/form_focus.h"
+#include "host/general_preferences.h"
 #include "host/help_window.h"
 #include "host/services.h"
+#include "host/services_settings.h"
 #include "host/settings_file.h"
 #include "host/text_rules.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QScreen>
 
 namespace kestal {
@@ -23,9 +25,14 @@ std::string fitPathToLabel(const std::string& path, const LateBound& label) {
     const double width = numberOf(label.get("Width")) / twipsPerInch * screen->logicalDotsPerInch();
     if (width <= 0)
         return path;
-    const QFontMetrics metrics(QApplication::font());
-    return metrics.elidedText(QString::fromStdString(path), Qt::ElideMiddle, static_cast<int>(width))
-        .toStdString();
+    const QFontMetricsF metrics(QApplication::font());
+    const std::string shorter = shortenedPath(path, [&](const std::string& text) {
+        return metrics.horizontalAdvance(QString::fromStdString(text)) <= width;
+    });
+    // A name that is too long by itself is shortened too.
+    return shorter.empty()
+               ? metrics.elidedText(QString::fromStdString(path), Qt::ElideMiddle, width).toStdString()
+               : shorter;
 }
 
 // In twips. The first call of a form is no different from its later ones.
@@ -37,35 +44,19 @@ double gridColumnsWidth(const LateBound& grid) {
     return width;
 }
 
-// Where list files go: location 0 is the program's own list folder, 1 the data folder's, 2 the folder of the
-// data files themselves (the open job's, or the data folder while none is open). Folders end in a separator.
-std::string listFolderFor(
-    const std::string& programFolder, int location, const std::string& dataPath, const std::string& jobPath) {
-    switch (location) {
-    case 0:
-        return programFolder + "List/";
-    case 1:
-        return dataPath + "List/";
-    case 2:
-        return jobPath.empty() ? dataPath : jobPath;
-    default:
-        throw AutomationError(errors::InvalidCall,
-            "ListFolderFor: the location must be 0, 1 or 2, not " + std::to_string(location));
-    }
-}
-
 class GenProcs : public AutomationObject {
 public:
     explicit GenProcs(HostPtr host) : AutomationObject("k_genproc.genProcs"), host_(std::move(host)) {
         addFormMembers();
         addSettingMembers();
         addPathMembers();
+        addGeoidMembers();
     }
 
 private:
     void addFormMembers() {
         method("ShowHelpFile", [this](IDispatch* form, const std::string&) {
-            showHelpWindow(host_->help, int32Of(LateBound(form).get("HelpContextID")));
+            showHelpWindow(*host_, int32Of(LateBound(form).get("HelpContextID")));
         });
         method("NextControl", [](IDispatch* form) { moveFocus(LateBound(form), 1, false); });
         method("FocusNext", [](IDispatch* form, std::int16_t steps, bool stopAtEnds) {
@@ -81,13 +72,28 @@ private:
     }
 
     void addSettingMembers() {
-        // A settings file is made by the first value stored in it, so neither flag changes how it is read.
-        method("ReadSetting", [](const std::string& file, const std::string& section, const std::string& key,
-                                  const std::string& fallback, bool,
-                                  bool) { return readSetting(file, section, key, fallback); });
+        // A settings file is made by the first value stored in it, so neither flag changes how it is read. A
+        // value that is no text must not keep a dialog from opening.
+        method("ReadSetting", [this](const std::string& file, const std::string& section,
+                                  const std::string& key, const std::string& fallback, bool, bool) {
+            try {
+                return readSetting(file, section, key, fallback);
+            } catch (const ConversionError& fault) {
+                host_->log.write(QString("A stored setting is not used: %1").arg(fault.what()));
+                return fallback;
+            }
+        });
         method("WriteSetting",
             [](const std::string& file, const std::string& section, const std::string& key,
                 const std::string& value, std::int16_t) { writeSetting(file, section, key, value); });
+        method("SaveAllSettings",
+            [this](bool programChanged, bool programPathMissing, bool preferences, bool jobConfiguration,
+                bool options, bool further, IDispatch* prog, IDispatch*, IDispatch*, IDispatch* genPrefs,
+                IDispatch*, IDispatch* lsOptions, IDispatch*, bool) {
+                saveAllSettings(*host_,
+                    {programChanged, programPathMissing, preferences, jobConfiguration, options, further},
+                    prog, genPrefs, lsOptions);
+            });
         method("FieldOrDefault", [](const Variant& field, const Variant& fallback) {
             return field.vt == VT_NULL ? fallback : field;
         });
@@ -113,8 +119,17 @@ private:
         });
         method("ListFolderFor",
             [this](std::int16_t location, const std::string& dataPath, const std::string& jobPath) {
-                return listFolderFor(host_->paths.program.toStdString(), location, dataPath, jobPath);
+                return listFolder(location, host_->paths.program.toStdString(), dataPath, jobPath);
             });
+    }
+
+    void addGeoidMembers() {
+        method("JobUsesGeoid", [](IDispatch* jobCfg, IDispatch* jobGeneral, bool) {
+            return (jobCfg && truthOf(LateBound(jobCfg).get("ApplyGeoid"))) ||
+                   (jobGeneral && truthOf(LateBound(jobGeneral).get("GeoidUpdate")));
+        });
+        method("GeoidFileDefined",
+            [](IDispatch* jobCfg) { return jobCfg && !textOf(LateBound(jobCfg).get("GridFile")).empty(); });
     }
 
     HostPtr host_;

@@ -223,6 +223,24 @@ PathParts splitPath(const std::string& path) {
     return parts;
 }
 
+std::string shortenedPath(const std::string& path, const std::function<bool(const std::string&)>& fits) {
+    if (fits(path))
+        return path;
+    const auto name = path.rfind('/');
+    if (name == std::string::npos)
+        return {};
+    // The first folders, as many as fit, and the name with its separator.
+    for (auto end = name; end != std::string::npos && end > 0;) {
+        end = path.rfind('/', end - 1);
+        if (end == std::string::npos)
+            break;
+        if (const std::string shorter = path.substr(0, end + 1) + "..." + path.substr(name); fits(shorter))
+            return shorter;
+    }
+    const std::string nameOnly = "..." + path.substr(name);
+    return fits(nameOnly) ? nameOnly : "";
+}
+
 std::string splitExtension(std::string& name) {
     const std::size_t start = name.size() - splitPath(name).file.size();
     const auto dot = name.rfind('.');

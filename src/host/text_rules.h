@@ -3,6 +3,7 @@
 #include "hostif/value.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,10 @@ struct PathParts {
     std::string file;
 };
 PathParts splitPath(const std::string& path);
+
+/// A path for a place with little room: whole folders in the middle give way to "...", first those next to
+/// the file name. "" where not even ".../name" fits.
+std::string shortenedPath(const std::string& path, const std::function<bool(const std::string&)>& fits);
 
 /// Takes the extension, its dot included, off the file name and returns it. A dot that leads the name starts
 /// no extension.

@@ -94,6 +94,7 @@ private:
     void instantHelp(MainWindow& main);
     void jobList(MainWindow& main);
     void problems(MainWindow& main);
+    void history(MainWindow& main);
     void dialog(const std::string& name, const std::function<void()>& show);
 
     HostPtr host_;
@@ -111,6 +112,7 @@ bool Tour::run() {
         main.show();
         settle(paintingTime);
         save("main-window", main);
+        step("history", [&] { history(main); });
         main.instantHelpAction()->setChecked(true);
         step("instant-help", [&] { instantHelp(main); });
         main.instantHelpAction()->setChecked(false);
@@ -126,6 +128,8 @@ bool Tour::run() {
         dialog("ls-options-3", [&] { main.editLsOptions(3); });
         dialog("ls-options-4", [&] { main.editLsOptions(4); });
         dialog("point-save-4", [&] { main.editPointSave(); });
+        dialog("display", [&] { main.editDisplay(); });
+        dialog("preferences", [&] { main.editPreferences(); });
         step("job-list", [&] { jobList(main); });
         step("problems", [&] { problems(main); });
         main.openReport(QString::fromStdString(sample("network.log")));
@@ -309,6 +313,22 @@ void Tour::problems(MainWindow& main) {
     button->click();
     if (!visitor.failure().empty() || visitor.visited() != 1)
         throw std::runtime_error("the problems are not shown " + visitor.failure());
+}
+
+void Tour::history(MainWindow& main) {
+    const auto before = visibleWindows();
+    main.showHistory();
+    // The page comes when it has been read and drawn.
+    constexpr int loadingTime = 2500;
+    settle(loadingTime);
+    for (QWidget* window : visibleWindows()) {
+        if (before.contains(window))
+            continue;
+        save("history", *window);
+        window->close();
+        return settle(paintingTime);
+    }
+    throw std::runtime_error("the history is not shown");
 }
 
 } // namespace

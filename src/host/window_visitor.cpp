@@ -21,6 +21,17 @@ QList<QPointer<QWidget>> visibleWindows() {
     return windows;
 }
 
+int runUntilClosed() {
+    const auto quitWithoutWindows = [] {
+        if (visibleWindows().isEmpty())
+            QApplication::quit();
+    };
+    const auto windows = visibleWindows();
+    for (QWidget* window : windows)
+        QObject::connect(window, &QObject::destroyed, qApp, quitWithoutWindows);
+    return windows.isEmpty() ? 0 : QApplication::exec();
+}
+
 WindowVisitor::WindowVisitor(std::function<void(QWidget&)> visit) : visit_(std::move(visit)) {
     constexpr int paintingTime = 150;
     for (QWidget* window : visibleWindows())

@@ -17,6 +17,10 @@ void settle(int milliseconds);
 /// The windows that are visible now, menus and tool tips left out.
 QList<QPointer<QWidget>> visibleWindows();
 
+/// Runs the event loop until the windows that are visible now are gone; the component's windows leave the end
+/// of the program to the host. The result is the exit code.
+int runUntilClosed();
+
 /// While it lives, every window that appears is handed to `visit` once it has had time to paint, and is
 /// closed after that; so a dialog that waits for its user ends by itself.
 class WindowVisitor {

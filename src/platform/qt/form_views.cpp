@@ -1,10 +1,13 @@
 #include "platform/qt/form_views.h"
 
 #include "hostif/error.h"
+#include "platform/qt/display_window.h"
 #include "platform/qt/file_view_window.h"
+#include "platform/qt/internal_browser_window.h"
 #include "platform/qt/job_list_window.h"
 #include "platform/qt/ls_options_window.h"
 #include "platform/qt/ls_save_options_window.h"
+#include "platform/qt/preferences_window.h"
 #include "platform/qt/progress_window.h"
 
 namespace genutil {
@@ -27,6 +30,9 @@ FormViews standardFormViews() {
         {"frmFileView", make<FileViewWindow, frmFileView>},
         {"frmJobList", make<JobListWindow, frmJobList>},
         {"frmLS_Options", make<LSOptionsWindow, frmLS_Options>},
+        {"frmInternal_Browser", make<InternalBrowserWindow, frmInternal_Browser>},
+        {"frmDefaults", make<PreferencesWindow, frmDefaults>},
+        {"frmDisplay", make<DisplayWindow, frmDisplay>},
         {"frmLS_SaveOptions", make<LSSaveOptionsWindow, frmLS_SaveOptions>},
     };
 }
