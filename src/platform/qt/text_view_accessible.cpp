@@ -217,6 +217,10 @@ void TextViewAccessible::tellCaret() {
 }
 
 QAccessibleInterface* create(const QString&, QObject* object) {
+    // Only an object of the toolkit's class that ours derive from is looked at closer: other libraries'
+    // objects may have been compiled without the type information that the look takes.
+    if (!object || object->metaObject() != &QAbstractScrollArea::staticMetaObject)
+        return nullptr;
     auto* view = dynamic_cast<TextView*>(object);
     return view ? new TextViewAccessible(view) : nullptr;
 }
