@@ -1,6 +1,7 @@
 #include "browser/c_internal_browser_loader.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/qt_desktop.h"
+#include "platform/qt/text_view_accessible.h"
 #include "platform/web/page_rules.h"
 #include "support/file_folder.h"
 #include "support/world.h"
@@ -89,6 +90,7 @@ protected:
     fake::FileFolder files;
     int completed = 0;
 
+    Page() { installTextViewAccessibility(); } // as where a report was shown before
     ~Page() override {
         if (loader.form())
             loader.form()->unload();
