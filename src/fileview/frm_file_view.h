@@ -6,6 +6,7 @@
 #include "fileview/viewer_status.h"
 #include "frame/dialog_form.h"
 #include "hostif/controls.h"
+#include "hostif/printer.h"
 #include "hostif/report_text.h"
 
 #include <cstdint>
@@ -70,8 +71,16 @@ public:
     bool SaveChanges();
     void SaveTheFile();
     void SaveAs();
-    // Belongs to a later version.
+    // Prints the file, as it is saved, or what is selected of the text, after asking where to. Rich text is
+    // not printed.
     void PrintFile();
+    void PrinterSetupAndGo();
+    // Pages of the text, and lines of a page, with the printer and its font as they are now.
+    void PageDetails(
+        std::size_t& pageCount, std::size_t& linesPerPage, double topMargin, double bottomMarginHeight);
+    // False when the user has cancelled. Otherwise the chosen printer is the current one.
+    bool SelectPrinterSetProperties(PrintDialog& dialog);
+    void PrintText();
 
     // Reads the file again, as it is now.
     void ReloadFile();
@@ -129,6 +138,11 @@ private:
     std::optional<std::string> askSaveName();
     bool confirm(const std::string& question, Icon icon = Icon::Question);
     std::string readPlacementSetting();
+    // What the dialog proposes.
+    PrintDialog dialogFor(Printer& printer, bool wide);
+    static void setChosenPage(Printer& printer, PageSettings chosen);
+    text::TextDocument textToPrint(bool selection);
+    void printAsChosen(Printer& printer, const PrintDialog& chosen, bool wide);
     WindowState viewState() const;
 
     FileFormat fileFormat_ = FileFormat::PlainText;

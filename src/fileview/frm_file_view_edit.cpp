@@ -221,8 +221,4 @@ void frmFileView::runEditor() {
     component().objects().createFileProcedures()->RunAndWait(commandLine);
 }
 
-void frmFileView::PrintFile() {
-    run("PrintFile", [] { throw Error(errors::NotAvailableYet, "Printing is not available yet"); });
-}
-
 } // namespace genutil

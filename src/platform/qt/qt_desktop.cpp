@@ -3,6 +3,7 @@
 #include "hostif/controls.h"
 #include "hostif/error.h"
 #include "hostif/form.h"
+#include "hostif/printer.h"
 #include "hostif/value.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/file_watch.h"
@@ -13,6 +14,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDateTime>
 #include <QEventLoop>
 #include <QFontInfo>
 #include <QPointer>
@@ -62,6 +64,9 @@ public:
         return makeFileWatch(path, std::move(changed));
     }
     Clipboard& clipboard() override { return clipboard_; }
+    Printer* printer() override { return nullptr; }
+    bool showPrint(Form&, PrintDialog&) override { return false; }
+    double localTime() override;
 
 private:
     struct Open {
@@ -208,6 +213,13 @@ void QtDesktop::doEvents() {
     QApplication::processEvents();
     // What those events changed is painted as well.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
+}
+
+double QtDesktop::localTime() {
+    const QDateTime now = QDateTime::currentDateTime();
+    constexpr double millisecondsPerDay = 86'400'000;
+    return double(QDate(1899, 12, 30).daysTo(now.date())) +
+           now.time().msecsSinceStartOfDay() / millisecondsPerDay;
 }
 
 void QtDesktop::popUpMenu(MenuItem& menu) {
