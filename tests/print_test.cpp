@@ -312,6 +312,21 @@ TEST_F(Printing, PrintsNothingWhereThereIsNothingToPrintOrNothingToPrintOn) {
     }
 }
 
+TEST_F(Printing, ExportsTheWholeFileWithoutAskingForAPrinterAndNeverOverItself) {
+    std::vector<std::string> made;
+    desktop.makePdfPrinter = [&](const std::string& path) {
+        made.push_back(path);
+        return std::make_unique<fake::RecordingPrinter>();
+    };
+    frmFileView& form = view(1, file("net.sum", "text\n"));
+    desktop.chosenFiles = {"/jobs/net.pdf", "", "/jobs/net.sum"};
+    for (int i = 0; i < 3; ++i)
+        form.mnu_ExportPdf.userChoose();
+    EXPECT_THAT(made, ElementsAre("/jobs/net.pdf"));
+    EXPECT_THAT(host.log, Contains(HasSubstr("'/jobs/net.sum' is the report itself")));
+    EXPECT_TRUE(desktop.printDialogs.empty());
+}
+
 TEST_F(Printing, ShowsHowFarALongRunIsAndStopsIt) {
     const auto form = std::make_shared<frmPrinting>(component, "/jobs/a.log");
     EXPECT_TRUE(form->goesOn(0, 9));

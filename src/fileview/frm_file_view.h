@@ -31,7 +31,8 @@ public:
     // Result for the host.
     bool Cancelled = false;
 
-    MenuItem mnu_File, mnu_OpenFile, mnu_Save, mnu_SaveAs, mnu_Edit, mnu_Print, mnu_Break, mnu_Close;
+    MenuItem mnu_File, mnu_OpenFile, mnu_Save, mnu_SaveAs, mnu_Edit, mnu_Print, mnu_ExportPdf, mnu_Break,
+        mnu_Close;
     MenuItem mnu_View, mnu_Refresh;
     // What users of viewers expect beyond the commands above.
     MenuItem mnu_Reload, mnu_BreakFind, mnu_Find, mnu_FindNext, mnu_FindPrevious, mnu_GoToLine;
@@ -81,6 +82,8 @@ public:
     // False when the user has cancelled. Otherwise the chosen printer is the current one.
     bool SelectPrinterSetProperties(PrintDialog& dialog);
     void PrintText();
+    // Prints the whole file into a PDF file that the user names.
+    void ExportPdf();
 
     // Reads the file again, as it is now.
     void ReloadFile();
@@ -138,6 +141,8 @@ private:
     std::optional<std::string> askSaveName();
     bool confirm(const std::string& question, Icon icon = Icon::Question);
     std::string readPlacementSetting();
+    // Says so when it is not.
+    bool isPrintable();
     // What the dialog proposes.
     PrintDialog dialogFor(Printer& printer, bool wide);
     static void setChosenPage(Printer& printer, PageSettings chosen);

@@ -44,11 +44,41 @@ void frmFileView::PrintFile() {
 void frmFileView::PrinterSetupAndGo() {
     run("PrinterSetupAndGo", [this] {
         const auto alive = shared_from_this();
-        if (fileFormat_ == FileFormat::PlainText)
+        if (isPrintable())
             PrintText();
-        else
-            desktop().ask({.text = "Rich text is not printed.", .icon = Icon::Information});
         desktop().doEvents();
+    });
+}
+
+bool frmFileView::isPrintable() {
+    if (fileFormat_ == FileFormat::RichText)
+        desktop().ask({.text = "Rich text is not printed.", .icon = Icon::Information});
+    return fileFormat_ == FileFormat::PlainText;
+}
+
+void frmFileView::ExportPdf() {
+    run("ExportPdf", [this] {
+        const auto alive = shared_from_this();
+        if (FileToView.empty() || !isPrintable())
+            return;
+        FileDialog dialog = commonDialog1;
+        dialog.filter = "PDF document (*.pdf)|*.pdf|";
+        dialog.filterIndex = 1;
+        dialog.flags = dialogflags::OverwritePrompt;
+        dialog.fileName = FileToView + ".pdf";
+        if (!desktop().showSave(*this, dialog) || dialog.fileName.empty())
+            return;
+        const auto stamp = component().files().stampOf(dialog.fileName);
+        const auto own = component().files().stampOf(FileToView);
+        if (stamp && own && stamp->device == own->device && stamp->file == own->file)
+            throw Error(errors::FileExists, "'" + dialog.fileName + "' is the report itself");
+        const PointerScope hourglass(desktop(), Pointer::Hourglass);
+        const auto printer = desktop().pdfPrinter(dialog.fileName);
+        const bool wide = isWideReport(FileToView);
+        PrintDialog whole;
+        whole.page.orientation = orientationFor(wide);
+        printer->setPage(whole.page);
+        printAsChosen(*printer, whole, wide);
     });
 }
 

@@ -127,6 +127,8 @@ public:
 
     // The current printer, which stays chosen while the desktop lives; null when the system has none.
     virtual Printer* printer() = 0;
+    // A printer that writes this PDF file; null where the desktop has none.
+    virtual std::unique_ptr<Printer> pdfPrinter(const std::string& path) = 0;
     // False when the user cancelled; the dialog is then as it was.
     virtual bool showPrint(Form& owner, PrintDialog& dialog) = 0;
     // Now, in the user's time, in days since 30 December 1899.

@@ -44,7 +44,8 @@ public:
     double time = 46000.375;                   // Tuesday, 9 December 2025, 9 o'clock
     Printer* thePrinter = nullptr;             // the test's own
     std::function<bool(PrintDialog&)> onPrint; // what the user does in a printer dialog; none cancels
-    std::vector<PrintDialog> printDialogs;     // as they were when they appeared
+    std::function<std::unique_ptr<Printer>(const std::string&)> makePdfPrinter;
+    std::vector<PrintDialog> printDialogs; // as they were when they appeared
 
     Screen screen() override { return theScreen; }
     Pointer pointer() override { return pointer_; }
@@ -123,6 +124,9 @@ public:
     }
     Clipboard& clipboard() override { return clipboard_; }
     Printer* printer() override { return thePrinter; }
+    std::unique_ptr<Printer> pdfPrinter(const std::string& path) override {
+        return makePdfPrinter ? makePdfPrinter(path) : nullptr;
+    }
     bool showPrint(Form&, PrintDialog& dialog) override {
         printDialogs.push_back(dialog);
         return onPrint && onPrint(dialog);

@@ -9,6 +9,7 @@
 #include "platform/qt/file_watch.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/locale.h"
+#include "platform/qt/qt_printer.h"
 #include "platform/qt/text_measure.h"
 #include "platform/qt/twip_scale.h"
 
@@ -64,8 +65,9 @@ public:
         return makeFileWatch(path, std::move(changed));
     }
     Clipboard& clipboard() override { return clipboard_; }
-    Printer* printer() override { return nullptr; }
-    bool showPrint(Form&, PrintDialog&) override { return false; }
+    Printer* printer() override { return &systemPrinter(); }
+    std::unique_ptr<Printer> pdfPrinter(const std::string& path) override { return makePdfPrinter(path); }
+    bool showPrint(Form& owner, PrintDialog& dialog) override;
     double localTime() override;
 
 private:
@@ -93,7 +95,11 @@ private:
     std::vector<Measure> measures_; // at measuredScale_
     double measuredScale_ = 0;
     Pointer pointer_ = Pointer::Default;
+    // Asking the system for its printers takes time: not before one is wanted.
+    SystemPrinter& systemPrinter();
+
     QtClipboard clipboard_;
+    std::unique_ptr<SystemPrinter> printer_;
 };
 
 QtDesktop::~QtDesktop() {
@@ -242,6 +248,17 @@ bool QtDesktop::showOpen(Form& owner, FileDialog& dialog) {
 bool QtDesktop::showSave(Form& owner, FileDialog& dialog) {
     const PointerScope arrow(*this, Pointer::Default);
     return showFileDialog(windowOf(owner), dialog, FileDialogKind::Save);
+}
+
+SystemPrinter& QtDesktop::systemPrinter() {
+    if (!printer_)
+        printer_ = makeSystemPrinter();
+    return *printer_;
+}
+
+bool QtDesktop::showPrint(Form& owner, PrintDialog& dialog) {
+    const PointerScope arrow(*this, Pointer::Default);
+    return systemPrinter().ask(windowOf(owner), dialog);
 }
 
 std::optional<std::string> QtDesktop::askText(Form& owner, const TextPrompt& prompt) {
