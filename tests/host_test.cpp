@@ -104,10 +104,12 @@ TEST_F(HostTest, ErrorReportsGoToTheLogAndEventErrorsToTheUserToo) {
     const LateBound errHandler(handler.get());
     errHandler.call("ReportProcError", {Variant("Disk full"), Variant("Sub A"), Variant(false)});
     errHandler.call("ReportEventError", {Variant("No\nprinter"), Variant("Sub B")});
-    EXPECT_THAT(shown, ElementsAre("No\nprinter"));
+    errHandler.call("ReportEventError", {Variant("Late"), Variant("Sub C")});
+    EXPECT_THAT(shown, ElementsAre("No\nprinter", "Late"));
     const std::string log = contentsOf(host->log.path()).toStdString();
+    EXPECT_THAT(log, HasSubstr("Late  In Sub C\n"));
     EXPECT_THAT(log, HasSubstr("Sub A: Disk full\n"));
-    EXPECT_THAT(log, HasSubstr("No | printer  In Sub B\n"));
+    EXPECT_THAT(log, HasSubstr("No | printer  Disk full | In Sub B\n"));
     errHandler.put("SkipNextReport", Variant(true));
     EXPECT_TRUE(truthOf(errHandler.get("SkipNextReport")));
 }
@@ -263,6 +265,8 @@ TEST_F(HostTest, FoldersAndPathsFollowTheirRules) {
     EXPECT_EQ(folder(2, "/job/"), "/job/");
     EXPECT_EQ(folder(2, ""), "/data/") << "no job is open";
     EXPECT_THROW(folder(3, ""), AutomationError);
+    host->setDataPath("/other");
+    EXPECT_EQ(host->prog->text("ListFolder"), "/other/List/") << "it follows the data folder";
 
     const auto exists = [&](const QString& name, bool foldersToo) {
         return truthOf(genProcs.call(

@@ -84,7 +84,7 @@ struct Preferences : testing::Test {
     fake::ScriptedDesktop desktop;
     Component component{desktop, files, host};
     cDefaultsLoader loader{component};
-    RecordPtr IHelp = record({{"InstantHelpOn", true}});
+    RecordPtr IHelp = record({{"InstantHelpOn", false}});
     RecordPtr prog = fake::programObject();
     RecordPtr currentJob = record({{"JobPath", "/jobs/"}});
     std::shared_ptr<fake::FakeRecord> mainForm = std::make_shared<fake::FakeRecord>();
@@ -100,7 +100,7 @@ struct Preferences : testing::Test {
         prog->write("WindowsFolder", "C:\\Windows");
         prog->write("IsWin9xFamily", false);
         prog->write("IsWinNTFamily", false);
-        mainForm->children["mnuHelpInstantHelp"] = record({{"Checked", true}});
+        mainForm->children["mnuHelpInstantHelp"] = record({{"Checked", false}});
     }
     static RecordPtr record(std::map<std::string, Value, std::less<>> values) {
         return std::make_shared<fake::FakeRecord>(std::move(values));
@@ -121,7 +121,7 @@ TEST_F(Preferences, ShowsWhatIsStoredAndStoresWhatIsShown) {
         EXPECT_EQ(form.lblEditor.caption.get(), "fitted /usr/bin/ed");
         EXPECT_TRUE(form.optStartSize[1].selected && !form.optStartSize[0].selected);
         EXPECT_TRUE(form.optPromptMode[1].selected && form.optListGroup[2].selected);
-        EXPECT_TRUE(form.chkInstantHelp.ticked && form.chkLoadLast.ticked && form.chkShowExtn.ticked);
+        EXPECT_TRUE(!form.chkInstantHelp.ticked && form.chkLoadLast.ticked && form.chkShowExtn.ticked);
         EXPECT_EQ(form.optListGroup[0].caption.get(), "/opt/kestal/List");
         EXPECT_EQ(form.optListGroup[0].width.get(), form.lblTestLength.width + 348);
         form.optStartSize[0].userSelect();
@@ -137,8 +137,8 @@ TEST_F(Preferences, ShowsWhatIsStoredAndStoresWhatIsShown) {
     EXPECT_EQ(genPrefs->read("DefaultEditor"), Value("/usr/bin/ed"));
     EXPECT_TRUE(genPrefs->read("StartMaximized").toBool() && genPrefs->read("ShowExtension").toBool());
     EXPECT_FALSE(genPrefs->read("MultiplePointEntry").toBool() || genPrefs->read("LoadLastJob").toBool());
-    EXPECT_FALSE(IHelp->read("InstantHelpOn").toBool());
-    EXPECT_FALSE(mainForm->child("mnuHelpInstantHelp")->read("Checked").toBool());
+    EXPECT_TRUE(IHelp->read("InstantHelpOn").toBool());
+    EXPECT_TRUE(mainForm->child("mnuHelpInstantHelp")->read("Checked").toBool());
     EXPECT_TRUE(files.wiped.empty());
 }
 
@@ -247,7 +247,7 @@ TEST_F(Preferences, LeaveNoWorkingCopyBehindWhenStoringFails) {
         files.wiped.clear();
         EXPECT_EQ(fake::errorOf([&] { show(accept); }), errors::PathAccess) << step;
         EXPECT_EQ(files.wiped.size(), step == "Open" ? 0u : 1u) << step;
-        EXPECT_TRUE(genPrefs == before && IHelp->read("InstantHelpOn").toBool()) << step;
+        EXPECT_TRUE(genPrefs == before && !IHelp->read("InstantHelpOn").toBool()) << step;
     }
     EXPECT_THAT(files.wiped, ElementsAre("/home/kestal.work"));
     host.failing = "Save";

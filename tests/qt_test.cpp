@@ -198,7 +198,7 @@ TEST_F(Window, KeyPreviewConsumesKeysBeforeTheFocusedControl) {
     EXPECT_EQ(form->txtName.text.get(), "aT1");
 }
 
-TEST_F(Window, EnterPressesTheFocusedOrTheDefaultButtonUnlessItIsConsumed) {
+TEST_F(Window, EnterPressesTheFocusedButtonOrElseTheDefaultOneUnlessItIsConsumed) {
     int pressed = 0;
     form->cmdOk.click.connect([&] { ++pressed; });
     show();
@@ -213,7 +213,11 @@ TEST_F(Window, EnterPressesTheFocusedOrTheDefaultButtonUnlessItIsConsumed) {
     EXPECT_EQ(pressed, 2);
     form->keyPress.connect([](KeyEvent& event) { event.code = event.code == key::Enter ? 0 : event.code; });
     press(Qt::Key_Return);
-    EXPECT_EQ(pressed, 2);
+    EXPECT_EQ(pressed, 3) << "the focused button takes it first";
+    form->cmdOk.isDefault = true;
+    form->txtName.setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(pressed, 3);
 }
 
 TEST_F(Window, ARefusedCloseKeepsTheWindowAndAGrantedOneEndsTheForm) {

@@ -52,7 +52,7 @@ constexpr std::array boxes{
     DisplayBox{"chkLSGPSVectors", "LS GPS Vectors", "mnuViewLinesLSGPS", Lines,
         "GPS vectors of the network: thick solid green lines.", {"LineLSGPSVectors", green, Solid, 2}},
     DisplayBox{"chkGPSPoints", "LS GPS Points", "mnuViewPtLSGPSPts", Points,
-        "The points of the network that were observed by GPS."},
+        "The GPS points of the least-squares network."},
     DisplayBox{"chkPlotGeog", "Plot Geographic", "mnuViewPlotGeog", General,
         "Plots by latitude and longitude, without a scale bar. For geodetic jobs."},
     DisplayBox{"chkScaleBar", "Scale bar", "mnuViewScaleBar", General,

@@ -141,6 +141,7 @@ void Host::setDataPath(const QString& folder) {
     const bool wasChanged = prog->isChanged();
     prog->set(dataFolder, Variant(std::string_view(text)));
     prog->set("Changed", Variant(wasChanged));
+    placeListFolder(jobPath_);
     keep({section, dataFolder, text});
 }
 
@@ -193,6 +194,7 @@ void Host::takePreferences(IDispatch* preferences, IDispatch* options, IDispatch
 }
 
 void Host::placeListFolder(const std::string& jobPath) {
+    jobPath_ = jobPath;
     const bool wasChanged = prog->isChanged();
     prog->set("ListFolder", Variant(std::string_view(listFolder(int16Of(genPrefs->value("ListGroup")),
                                 prog->text("ProgramFolder"), prog->text(dataFolder), jobPath))));

@@ -92,7 +92,8 @@ public:
     /// Takes over what a dialog of the preferences hands back; it has stored that itself.
     void takePreferences(IDispatch* preferences, IDispatch* options, IDispatch* program);
 
-    /// Sets `ListFolder` of the program to where the preferences want list files; "" while no job is open.
+    /// Sets `ListFolder` of the program to where the preferences want list files, for the open job's folder
+    /// or, with "", for none. It follows the data folder from then on.
     void placeListFolder(const std::string& jobPath);
 
     /// The change of the settings that a dialog is making: set from OpenSettingsStore to CloseSettingsStore.
@@ -110,6 +111,8 @@ private:
     void readSettings();
     void beginDataPath();
     void keep(const Setting& setting);
+
+    std::string jobPath_; // of the open job
 };
 
 } // namespace kestal

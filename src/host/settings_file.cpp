@@ -179,11 +179,13 @@ void SettingsChange::lock() {
         refuse(file_, "written", "its lock " + path + " cannot be made: " + systemReason());
     const auto begin = std::chrono::steady_clock::now();
     while (::flock(lock_, LOCK_EX | LOCK_NB) != 0) {
-        const std::string reason = errno == EWOULDBLOCK ? "another program is writing it" : systemReason();
-        if (errno != EINTR &&
-            (errno != EWOULDBLOCK || std::chrono::steady_clock::now() - begin > longestWait)) {
+        const int error = errno;
+        const bool isHeld = error == EWOULDBLOCK;
+        if (error != EINTR && !(isHeld && std::chrono::steady_clock::now() - begin < longestWait)) {
             ::close(lock_);
-            refuse(file_, "written", reason + " (it holds " + path + ")");
+            refuse(file_, "written",
+                isHeld ? "another program is writing it and holds " + path
+                       : "its lock " + path + ": " + std::strerror(error));
         }
         std::this_thread::sleep_for(pause);
     }

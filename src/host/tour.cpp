@@ -17,6 +17,7 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QTableView>
+#include <QTabWidget>
 #include <QWindow>
 
 #include <condition_variable>
@@ -296,6 +297,14 @@ void Tour::dialog(const std::string& name, const std::function<void()>& show) {
                 throw std::runtime_error("a message is in the way of the dialog");
             ++dialogs;
             save(name, window);
+            if (auto* const tabs = window.findChild<QTabWidget*>())
+                for (int page = 1; page < tabs->count(); ++page) {
+                    tabs->setCurrentIndex(page);
+                    save(name + "-" + std::to_string(page + 1), window);
+                }
+            // A close box may count as OK, and the tour changes nothing.
+            if (auto* const cancel = window.findChild<QPushButton*>("cmdCancel"))
+                cancel->click();
         });
         show();
         if (!visitor.failure().empty())

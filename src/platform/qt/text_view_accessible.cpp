@@ -216,7 +216,11 @@ void TextViewAccessible::tellCaret() {
     QAccessible::updateAccessibility(&moved);
 }
 
-QAccessibleInterface* create(const QString&, QObject* object) {
+QAccessibleInterface* create(const QString& className, QObject* object) {
+    // Only what derives from the toolkit's class of which our view is one is looked at closer: other
+    // libraries' objects may have been compiled without the type information that the look takes.
+    if (className != QLatin1String("QAbstractScrollArea"))
+        return nullptr;
     auto* view = dynamic_cast<TextView*>(object);
     return view ? new TextViewAccessible(view) : nullptr;
 }

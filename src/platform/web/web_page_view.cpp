@@ -53,6 +53,7 @@ private:
 
     void connectPage();
     void connectLoading();
+    void loadSucceeded();
     void loadFailed(const QWebEngineLoadingInfo& load);
     void refuseDownload(const QWebEngineDownloadRequest& download);
     void cannotShow(const QString& name, const QString& reason);
@@ -64,6 +65,7 @@ private:
 
     std::unique_ptr<Engine> engine_; // null once the application ends
     std::string asked_;
+    QString sought_; // empty while nothing is looked for
     double zoom_ = 1;
     bool hasPage_ = false;   // something of what was asked for has been shown
     bool committed_ = false; // what is being loaded has begun to show
@@ -143,10 +145,10 @@ void WebPageView::connectLoading() {
     connect(&engine_->page, &QWebEnginePage::loadStarted, this, [this] { committed_ = false; });
     connect(&engine_->page, &QWebEnginePage::urlChanged, this, [this] { tellNavigated(); });
     connect(&engine_->page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo& load) {
-        if (load.status() == QWebEngineLoadingInfo::LoadFailedStatus)
+        if (load.status() == QWebEngineLoadingInfo::LoadSucceededStatus)
+            loadSucceeded();
+        else if (load.status() != QWebEngineLoadingInfo::LoadStartedStatus)
             loadFailed(load);
-        else if (load.status() == QWebEngineLoadingInfo::LoadSucceededStatus && !committed_)
-            tellNavigated();
     });
     connect(&engine_->page, &QWebEnginePage::renderProcessTerminated, this,
         [this](QWebEnginePage::RenderProcessTerminationStatus status) {
@@ -161,6 +163,7 @@ void WebPageView::open(const std::string& page) {
         return;
     asked_ = page;
     hasPage_ = false;
+    committed_ = false; // a load that takes the place of another does not tell that it starts
     const NamedPage named = findPage(page);
     engine_->profile.files.folder = named.fault.empty() ? PageFolder(named.file) : PageFolder();
     if (!named.fault.empty())
@@ -198,6 +201,7 @@ void WebPageView::command(PageCommand command) {
 }
 
 void WebPageView::search(const QString& text, bool backwards) {
+    sought_ = text;
     if (engine_)
         engine_->page.findText(text, backwards ? QWebEnginePage::FindBackward : QWebEnginePage::FindFlags());
 }
@@ -223,11 +227,21 @@ bool WebPageView::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-void WebPageView::loadFailed(const QWebEngineLoadingInfo& load) {
-    if (load.errorCode() != loadStopped)
-        cannotShow(load.url().toDisplayString(), load.errorString());
-    else if (!hasPage_ && !engine_->page.showsMessage())
+void WebPageView::loadSucceeded() {
+    if (!committed_)
         tellNavigated();
+    // Until now only a part of the page, or an earlier one, was searched.
+    if (!sought_.isEmpty()) {
+        engine_->page.findText(QString()); // from the start again, not on
+        search(sought_, false);
+    }
+}
+
+void WebPageView::loadFailed(const QWebEngineLoadingInfo& load) {
+    if (load.status() == QWebEngineLoadingInfo::LoadFailedStatus && load.errorCode() != loadStopped)
+        cannotShow(load.url().toDisplayString(), load.errorString());
+    else if (!hasPage_ && !engine_->page.showsMessage() && load.url() == engine_->page.requestedUrl())
+        tellNavigated(); // nothing more will come
 }
 
 void WebPageView::refuseDownload(const QWebEngineDownloadRequest& download) {

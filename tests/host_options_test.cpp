@@ -1,0 +1,152 @@
+#include "host/current_job.h"
+#include "host/host.h"
+#include "host/job_schema.h"
+#include "host/ls_option_set.h"
+#include "host/window_visitor.h"
+#include "support/host_with_component.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+
+using namespace kestal;
+using testing::HasSubstr;
+
+// The options of the least-squares adjustment, from the host to the file and back.
+namespace {
+
+std::string answerOf(const QString& job, const char* sql) {
+    QProcess program;
+    program.start("sqlite3", {job, sql});
+    EXPECT_TRUE(program.waitForFinished(10000));
+    return program.readAll().trimmed().toStdString();
+}
+
+TEST_F(HostWithComponent, LeastSquaresOptionsAreStoredWhereTheyWereEdited) {
+    createJob(file("options.gdb"));
+    ComponentAccess component(host_);
+    CurrentJob job;
+    job.open(path("options.gdb"));
+    const auto edit = [&](std::int16_t mode, std::int16_t dataMode, const char* seconds) {
+        const WindowVisitor visitor([&](QWidget& window) {
+            type(window, "txtSDAzimuth", seconds);
+            press<QCheckBox>(window, "chkMatrixDump");
+            emit window.findChild<QComboBox*>("cboChiSquared")->activated(5);
+            press<QPushButton>(window, "cmdOK");
+        });
+        EXPECT_TRUE(component.editLsOptions(mode, dataMode, job)) << "mode " << mode;
+        EXPECT_EQ(visitor.visited(), 1) << visitor.failure();
+    };
+    edit(ls_modes::JobAndSet, 0, "2.25");
+    edit(ls_modes::Page, 4, "3.5");
+    edit(ls_modes::Page, 4, "3.75");
+    EXPECT_EQ(
+        answerOf(path("options.gdb"),
+            "SELECT FileType, AzimuthSD, typeof(AzimuthSD), Dump <> 0, ConfLevelChiSquared, Iterations, "
+            "Corrections, ConvLimitH, VectorsCentV, SaveDBPoints FROM DataHeader"),
+        "|2.25|real|1|999.0|10|1|0.0005|0.0|\n1|3.75|real|0|999.0|10|1|0.0005|0.0|");
+    EXPECT_EQ(host_->lsOptions->text("AzimuthSD"), "10") << "a job's options are no preferences";
+
+    edit(ls_modes::Preferences, 0, "4.5");
+    Host later(host_->paths);
+    EXPECT_EQ(numberOf(later.lsOptions->value("AzimuthSD")), 4.5);
+    EXPECT_EQ(later.lsOptions->value("ConfLevelChiSquared").vt, VT_R4);
+    EXPECT_EQ(later.lsOptions->text("ConfLevelMDE"), "9980");
+    EXPECT_EQ(host_->lsOptionDefaults->text("AzimuthSD"), "10") << "the factory's defaults stay";
+    host_->takeLsOptions(host_->lsOptionDefaults.get());
+}
+
+TEST_F(HostWithComponent, PointSaveOptionsGoToTheJobOrElseToThePreferences) {
+    createJob(file("points.gdb"));
+    ComponentAccess component(host_);
+    CurrentJob job;
+    for (const char* name : {"", "points.gdb"}) {
+        if (*name)
+            job.open(path(name));
+        const WindowVisitor visitor([](QWidget& window) {
+            press<QCheckBox>(window, "chkPtEntry");
+            press<QRadioButton>(window, "optPointEntry2");
+            press<QPushButton>(window, "cmdOK");
+        });
+        EXPECT_TRUE(component.editPointSave(job));
+        EXPECT_EQ(int16Of(host_->lsOptions->value("SavePtEntryOpt")), 2);
+    }
+    EXPECT_EQ(answerOf(path("points.gdb"), "SELECT SaveDBPoints <> 0, SavePtEntry <> 0, SavePtEntryFixed, "
+                                           "SavePtEntryOpt, AzimuthSD FROM DataHeader"),
+        "1|1|0|2|");
+    host_->takeLsOptions(host_->lsOptionDefaults.get());
+}
+
+TEST_F(HostWithComponent, OptionsThatCannotBeStoredStayOnTheScreen) {
+    createJob(file("locked.gdb"));
+    CurrentJob job;
+    job.open(path("locked.gdb"));
+    QProcess other;
+    other.start("sqlite3", {path("locked.gdb")});
+    other.write("BEGIN IMMEDIATE; SELECT 'locked';\n");
+    ASSERT_TRUE(other.waitForReadyRead(10000));
+    ComponentAccess component(host_);
+    bool stays = false;
+    const WindowVisitor visitor([&](QWidget& window) {
+        type(window, "txtSDAzimuth", "7");
+        press<QPushButton>(window, "cmdOK");
+        stays = window.isVisible();
+        other.closeWriteChannel();
+        other.waitForFinished(10000);
+        press<QPushButton>(window, "cmdOK");
+    });
+    EXPECT_TRUE(component.editLsOptions(ls_modes::JobAndSet, 0, job));
+    EXPECT_TRUE(stays) << visitor.failure();
+    EXPECT_EQ(answerOf(path("locked.gdb"), "SELECT AzimuthSD FROM DataHeader"), "7.0");
+}
+
+TEST_F(HostWithComponent, OptionsOfAJobOfAnEarlierVersionAreShownAndNotStored) {
+    std::ifstream sample(KESTAL_SAMPLES "/jobs/Smith Farm.mdb", std::ios::binary);
+    std::string job(std::istreambuf_iterator<char>(sample), {});
+    // An empty table of it becomes the one of the options: the name, two bytes a character, makes room for
+    // the other, most of which has one.
+    const std::string name("H\0e\0i\0g\0h\0t\0s\0", 14), replacement("\xFF\xFE"
+                                                                     "DataHeade\0r\0",
+                                                             14);
+    ASSERT_NE(job.find(name), std::string::npos);
+    std::ofstream(file("earlier.mdb"), std::ios::binary) << job.replace(job.find(name), 14, replacement);
+    CurrentJob current;
+    current.open(path("earlier.mdb"));
+    ComponentAccess component(host_);
+    bool stays = false;
+    const WindowVisitor visitor([&](QWidget& window) {
+        // The question whether to abandon the changes; the window closes whatever the answer.
+        QTimer::singleShot(500, qApp, [] { QApplication::activeModalWidget()->close(); });
+        type(window, "txtSDAzimuth", "7");
+        press<QPushButton>(window, "cmdOK");
+        stays = window.isVisible() && window.findChild<QLineEdit*>("txtSDAzimuth")->text().startsWith('7');
+    });
+    EXPECT_FALSE(component.editLsOptions(ls_modes::JobAndSet, 0, current));
+    EXPECT_TRUE(stays) << visitor.failure();
+    std::ifstream log(file("kestal.log"));
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(log), {}),
+        HasSubstr("The database or the record set is read-only  '" + file("earlier.mdb") +
+                  "' is read only: Jet databases are not written | In (Form) LS_Options::Sub cmdOK_Click"));
+}
+
+TEST_F(HostWithComponent, OptionsAreStoredAsNumbersWhereTheDecimalSeparatorIsAComma) {
+    if (QLocale::system().decimalPoint() == ",")
+        return; // this is that run
+    QProcess again;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LC_ALL", "de_DE.UTF-8");
+    again.setProcessEnvironment(environment);
+    again.setProcessChannelMode(QProcess::MergedChannels);
+    again.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=*Options*"});
+    ASSERT_TRUE(again.waitForFinished(60000));
+    EXPECT_EQ(again.exitCode(), 0) << again.readAll().toStdString();
+}
+
+} // namespace
