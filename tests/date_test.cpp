@@ -1,6 +1,10 @@
 #include "hostif/date.h"
+#include "hostif/error.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <tuple>
 
 using namespace genutil;
 
@@ -66,6 +70,21 @@ TEST(Dates, HaveTheNumberOfTheirDay) {
         {{1000, 1, 1}, -328716}, {{2026, 11, 17}, 46343}, {{9999, 12, 31}, 2958465}};
     for (const auto& [date, number] : cases)
         EXPECT_EQ(dayNumber(date), number) << dateText(date);
+}
+
+TEST(Moments, AreWrittenToTheMinuteThatTheyAreIn) {
+    const std::tuple<double, const char*, const char*> cases[] = {
+        {0, "30 Dec 1899  00:00", "Saturday, 30 Dec 1899  00:00"},
+        {46000 + 9.0 / 24 + 5.0 / 1440, "9 Dec 2025  09:05", "Tuesday, 9 Dec 2025  09:05"},
+        {46000.999999, "10 Dec 2025  00:00", "Wednesday, 10 Dec 2025  00:00"},
+        {-1.25, "28 Dec 1899  18:00", "Thursday, 28 Dec 1899  18:00"},
+    };
+    for (const auto& [days, text, withWeekday] : cases) {
+        EXPECT_EQ(momentText(days), text);
+        EXPECT_EQ(momentText(days, Weekday::Named), withWeekday);
+    }
+    for (const double none : {1e300, -700'000.0, 2'958'466.0, std::nan("")})
+        EXPECT_THROW(momentText(none), Error) << none;
 }
 
 } // namespace

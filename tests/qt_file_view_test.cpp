@@ -44,8 +44,8 @@ TEST(FileViewWindow, ShowsTheFileUnderItsTitleWithTheMenusOfItsMode) {
             if (item->isVisible())
                 menus << menu->text() + "/" + item->text() + (item->isEnabled() ? "" : " off");
     EXPECT_EQ(menus,
-        QStringList({"&File/&Open ...", "&File/&Save off", "&File/Save-&As", "&File/&Print ...", "&File/",
-            "&File/&Close", "&View/&Refresh", "&View/Re&load File", "&View/", "&View/&Find ...",
+        QStringList({"&File/&Open ...", "&File/&Save off", "&File/Save-&As", "&File/&Print ...",
+            "&File/Export to P&DF ...", "&File/", "&File/&Close", "&View/&Refresh", "&View/Re&load File", "&View/", "&View/&Find ...",
             "&View/Find &Next", "&View/Find &Previous", "&View/&Go to Line ...", "&View/", "&View/Zoom &In",
             "&View/Zoom &Out", "&View/Normal Si&ze", "&View/&Wrap Lines"}));
     for (const char* hidden : {"pnlHelp", "pnlButtons", "cmdClose", "pnlFind", "pnlNotice"})

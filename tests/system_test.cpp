@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include <fcntl.h>
@@ -109,6 +110,41 @@ TEST_F(WipeFile, LeavesAFileThatCannotBeWrittenAsItIs) {
         EXPECT_THROW(files->wipeFile(path), Error);
     }
     EXPECT_EQ(fs::file_size(path), 6u);
+}
+
+TEST(ScratchFile, NeverTouchesWhatHasItsNameAndGoesWithItsOwner) {
+    const fake::FileFolder folder;
+    const auto files = makeSystemFiles();
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path);
+    const std::string name = "k_seltxt.tmp";
+    const std::string other = folder.make("other", "secret");
+    const std::function<void()> takings[] = {[] {}, [&] { folder.make(name, "mine"); },
+        [&] { fs::create_symlink(other, folder / name); },
+        [&] { fs::create_symlink("nowhere", folder / name); }};
+    for (const auto& take : takings) {
+        take();
+        const std::set<std::string> earlier = folder.names();
+        const bool isFree = !earlier.contains(name);
+        {
+            const auto scratch = files->makeScratchFile(name, "selected\ntext");
+            EXPECT_EQ(scratch->path() == folder / name, isFree);
+            EXPECT_EQ(scratch->whyElsewhere().empty(), isFree) << scratch->whyElsewhere();
+            EXPECT_EQ(text::readAll(*files->openFile(scratch->path())), "selected\ntext");
+            EXPECT_EQ(folder.names().size(), earlier.size() + 1);
+            struct stat status {};
+            EXPECT_EQ(::lstat(scratch->path().c_str(), &status), 0);
+            EXPECT_EQ(status.st_mode & 0777u, 0600u);
+        }
+        EXPECT_EQ(folder.names(), earlier);
+        EXPECT_EQ(folder.contents("other"), "secret");
+        fs::remove(folder / name);
+    }
+    auto scratch = files->makeScratchFile(name, "x");
+    fs::rename(folder.make("newer", "another's"), folder / name);
+    scratch.reset();
+    EXPECT_EQ(folder.contents(name), "another's");
+    fs::current_path(before);
 }
 
 } // namespace

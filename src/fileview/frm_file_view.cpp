@@ -39,6 +39,7 @@ frmFileView::frmFileView(Component& owner)
       mnu_SaveAs(*this, "mnu_SaveAs", "Save-&As", &mnu_File),
       mnu_Edit(*this, "mnu_Edit", "&External Editor", &mnu_File),
       mnu_Print(*this, "mnu_Print", "&Print ...", &mnu_File, "Ctrl+P"),
+      mnu_ExportPdf(*this, "mnu_ExportPdf", "Export to P&DF ...", &mnu_File),
       mnu_Break(*this, "mnu_Break", "-", &mnu_File), mnu_Close(*this, "mnu_Close", "&Close", &mnu_File),
       mnu_View(*this, "mnu_View", "&View"), mnu_Refresh(*this, "mnu_Refresh", "&Refresh", &mnu_View),
       mnu_Reload(*this, "mnu_Reload", "Re&load File", &mnu_View, "F5"),
@@ -108,6 +109,10 @@ void frmFileView::connectMenus() {
             PrintFile();
     };
     on(mnu_Print.click, "mnu_Print_Click", print);
+    on(mnu_ExportPdf.click, "mnu_ExportPdf_Click", [this] {
+        if (settleChanges())
+            ExportPdf();
+    });
     on(cmdPrint.click, "cmdPrint_Click", print);
     on(mnu_Close.click, "mnu_Close_Click", [this] { unload(); });
     on(mnu_Refresh.click, "mnu_Refresh_Click", [this] { refresh(); });
@@ -230,6 +235,7 @@ void frmFileView::SetMenuOrButtons(bool open, bool edit, bool print) {
         mnu_OpenFile.enabled = open;
         mnu_Save.enabled = modified_ && edit;
         mnu_Print.enabled = hasFile && print;
+        mnu_ExportPdf.enabled = mnu_Print.enabled;
         mnu_SaveAs.visible = edit;
         mnu_SaveAs.enabled = hasFile && mnu_SaveAs.visible;
         if (fileFormat_ == FileFormat::PlainText) {

@@ -6,6 +6,7 @@
 #include "fileview/viewer_status.h"
 #include "frame/dialog_form.h"
 #include "hostif/controls.h"
+#include "hostif/printer.h"
 #include "hostif/report_text.h"
 
 #include <cstdint>
@@ -30,7 +31,8 @@ public:
     // Result for the host.
     bool Cancelled = false;
 
-    MenuItem mnu_File, mnu_OpenFile, mnu_Save, mnu_SaveAs, mnu_Edit, mnu_Print, mnu_Break, mnu_Close;
+    MenuItem mnu_File, mnu_OpenFile, mnu_Save, mnu_SaveAs, mnu_Edit, mnu_Print, mnu_ExportPdf, mnu_Break,
+        mnu_Close;
     MenuItem mnu_View, mnu_Refresh;
     // What users of viewers expect beyond the commands above.
     MenuItem mnu_Reload, mnu_BreakFind, mnu_Find, mnu_FindNext, mnu_FindPrevious, mnu_GoToLine;
@@ -70,8 +72,18 @@ public:
     bool SaveChanges();
     void SaveTheFile();
     void SaveAs();
-    // Belongs to a later version.
+    // Prints the file, as it is saved, or what is selected of the text, after asking where to. Rich text is
+    // not printed.
     void PrintFile();
+    void PrinterSetupAndGo();
+    // Pages of the text, and lines of a page, with the printer and its font as they are now.
+    void PageDetails(
+        std::size_t& pageCount, std::size_t& linesPerPage, double topMargin, double bottomMarginHeight);
+    // False when the user has cancelled. Otherwise the chosen printer is the current one.
+    bool SelectPrinterSetProperties(PrintDialog& dialog);
+    void PrintText();
+    // Prints the whole file into a PDF file that the user names.
+    void ExportPdf();
 
     // Reads the file again, as it is now.
     void ReloadFile();
@@ -129,6 +141,13 @@ private:
     std::optional<std::string> askSaveName();
     bool confirm(const std::string& question, Icon icon = Icon::Question);
     std::string readPlacementSetting();
+    // Says so when it is not.
+    bool isPrintable();
+    // What the dialog proposes.
+    PrintDialog dialogFor(Printer& printer, bool wide);
+    static void setChosenPage(Printer& printer, PageSettings chosen);
+    text::TextDocument textToPrint(bool selection);
+    void printAsChosen(Printer& printer, const PrintDialog& chosen, bool wide);
     WindowState viewState() const;
 
     FileFormat fileFormat_ = FileFormat::PlainText;

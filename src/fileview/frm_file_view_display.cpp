@@ -205,6 +205,7 @@ void frmFileView::openPath(const std::string& file) {
     const bool isShown = shownFile_ == file;
     mnu_SaveAs.enabled = isShown;
     mnu_Print.enabled = isShown;
+    mnu_ExportPdf.enabled = isShown;
 }
 
 void frmFileView::WipeViewFile(const std::string& file) {

@@ -1,10 +1,12 @@
 #include "hostif/date.h"
 
+#include "hostif/error.h"
 #include "text/letters.h"
 #include "text/utf8.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <span>
 #include <utility>
 #include <vector>
@@ -179,6 +181,14 @@ std::span<const std::string_view> layouts(DateLocale::Order order, std::size_t p
     return (pieces == 3 ? whole : short_)[static_cast<std::size_t>(order)];
 }
 
+std::string padded(std::int64_t number, std::size_t digits) {
+    const std::string text = std::to_string(number);
+    return std::string(digits - std::min(digits, text.size()), '0') + text;
+}
+
+constexpr std::chrono::sys_days dayZero =
+    std::chrono::year(1899) / std::chrono::month(12) / std::chrono::day(30);
+
 } // namespace
 
 const DateLocale& dateLocale() {
@@ -208,18 +218,33 @@ std::optional<Date> readDate(std::string_view text) {
 }
 
 std::int32_t dayNumber(const Date& date) {
-    using namespace std::chrono_literals;
-    constexpr std::chrono::sys_days dayZero = 1899y / 12 / 30;
     return static_cast<std::int32_t>((std::chrono::sys_days(toCalendar(date)) - dayZero).count());
 }
 
 std::string dateText(const Date& date) {
-    const auto padded = [](int number, std::size_t digits) {
-        const std::string text = std::to_string(number);
-        return std::string(digits - std::min(digits, text.size()), '0') + text;
-    };
     return padded(date.day, 2) + '-' + dateLocale().shortMonths[static_cast<std::size_t>(date.month - 1)] +
            '-' + padded(date.year, 4);
+}
+
+std::string momentText(double days, Weekday weekday) {
+    constexpr double secondsPerDay = 86'400;
+    constexpr double mostDays = 4'000'000; // beyond the year 9999, either way
+    if (!(std::abs(days) < mostDays))
+        throw Error(errors::Overflow, "Day " + std::to_string(days) + " is no day of the calendar");
+    // A time of day is a fraction that may lie a hair below its minute.
+    const std::chrono::sys_seconds moment =
+        dayZero + std::chrono::seconds(std::llround(days * secondsPerDay));
+    const auto day = std::chrono::floor<std::chrono::days>(moment);
+    const std::chrono::year_month_day date(day);
+    const int year = int(date.year());
+    if (year < 1 || year > 9999)
+        throw Error(errors::Overflow, "The year " + std::to_string(year) + " is not one of 1 to 9999");
+    const auto minute = std::chrono::duration_cast<std::chrono::minutes>(moment - day).count();
+    const std::string named =
+        weekday == Weekday::Named ? dateLocale().weekdays[std::chrono::weekday(day).c_encoding()] + ", " : "";
+    return named + std::to_string(unsigned(date.day())) + ' ' +
+           dateLocale().shortMonths[unsigned(date.month()) - 1] + ' ' + padded(year, 4) + "  " +
+           padded(minute / 60, 2) + ':' + padded(minute % 60, 2);
 }
 
 } // namespace genutil

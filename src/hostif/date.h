@@ -25,6 +25,9 @@ struct DateLocale {
     // "Jan" to "Dec" as dates are shown; a short name may end in a point.
     std::array<std::string, 12> shortMonths{
         "Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    // Sunday to Saturday, in full.
+    std::array<std::string, 7> weekdays{
+        "Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
     // The month, 1 to 12, that the word names, short or long; 0 when it names none. English names are known
     // without it.
     std::function<int(const std::string& word)> monthNamed;
@@ -50,5 +53,10 @@ std::int32_t dayNumber(const Date& date);
 
 // "17-Nov-2026".
 std::string dateText(const Date& date);
+
+// A moment in days since 30 December 1899: "7 Nov 2026  09:05", or "Saturday, 7 Nov 2026  09:05". Overflow
+// for one outside of the years 1 to 9999.
+enum class Weekday { LeftOut, Named };
+std::string momentText(double days, Weekday weekday = Weekday::LeftOut);
 
 } // namespace genutil

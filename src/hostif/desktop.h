@@ -9,10 +9,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace genutil {
 
 class MenuItem;
+class Printer;
+struct PrintDialog;
 
 enum class Pointer { Default, Hourglass };
 
@@ -121,6 +124,15 @@ public:
     // replaced, removed or made; several changes in a row may be one call.
     virtual std::unique_ptr<FileWatch> watchFile(const std::string& path, std::function<void()> changed) = 0;
     virtual Clipboard& clipboard() = 0;
+
+    // The current printer, which stays chosen while the desktop lives; null when the system has none.
+    virtual Printer* printer() = 0;
+    // A printer that writes this PDF file; null where the desktop has none.
+    virtual std::unique_ptr<Printer> pdfPrinter(const std::string& path) = 0;
+    // False when the user cancelled; the dialog is then as it was.
+    virtual bool showPrint(Form& owner, PrintDialog& dialog) = 0;
+    // Now, in the user's time, in days since 30 December 1899.
+    virtual double localTime() = 0;
 };
 
 // Sets a pointer for a scope and puts the earlier one back.
@@ -147,6 +159,15 @@ struct FileStamp {
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
+// A file for the time being; it goes with this object.
+class ScratchFile {
+public:
+    virtual ~ScratchFile() = default;
+    virtual const std::string& path() const = 0;
+    // Why the file is not where it was asked for; "" when it is there.
+    virtual const std::string& whyElsewhere() const = 0;
+};
+
 // Files and their character sets, where the standard library alone does not serve. Paths are UTF-8. Errors
 // are Error with a number of the product's and a description that names the file and the rule.
 class FileSystem {
@@ -171,6 +192,10 @@ public:
 
     // Nothing when there is no such regular file.
     virtual std::optional<FileStamp> stampOf(const std::string& path) = 0;
+    // Makes a file of this name in the current folder, for this user alone, with these contents. Never touches
+    // what stands there already, be it a link: where the name is taken, or the folder takes no files, the file
+    // is one of a new name in a folder that nobody else writes to.
+    virtual std::unique_ptr<ScratchFile> makeScratchFile(const std::string& name, std::string_view bytes) = 0;
     virtual const text::CodePages& codePages() = 0;
 };
 

@@ -41,7 +41,6 @@ constexpr std::array descriptions{
     Described{errors::DatabaseLocked, "The database is locked by another user"},
     Described{errors::ItemNotFound, "The item is not in this collection"},
     Described{errors::UnrecognisedDatabase, "The database format is not recognised"},
-    Described{errors::NotAvailableYet, "This operation is not available yet"},
     Described{errors::DialogCancelled, "Cancel was chosen"},
 };
 

@@ -36,7 +36,6 @@ inline constexpr int TableNotFound = 3078;
 inline constexpr int DatabaseLocked = 3260;
 inline constexpr int ItemNotFound = 3265;
 inline constexpr int UnrecognisedDatabase = 3343;
-inline constexpr int NotAvailableYet = 31000;
 inline constexpr int DialogCancelled = 32755;
 } // namespace errors
 

@@ -2,6 +2,8 @@
 
 #include "text/utf8.h"
 
+#include <array>
+
 namespace genutil::text {
 
 namespace {
@@ -58,9 +60,7 @@ constexpr char32_t foldCyrillic(char32_t c) {
     return c;
 }
 
-} // namespace
-
-char32_t foldCase(char32_t codePoint) {
+constexpr char32_t foldCaseOf(char32_t codePoint) {
     if (codePoint < 0x0180)
         return foldLatin(codePoint);
     if (codePoint < 0x0400)
@@ -68,22 +68,54 @@ char32_t foldCase(char32_t codePoint) {
     return codePoint < 0x0530 ? foldCyrillic(codePoint) : codePoint;
 }
 
-std::string folded(std::string_view text) {
+} // namespace
+
+char32_t foldCase(char32_t codePoint) {
+    return foldCaseOf(codePoint);
+}
+
+namespace {
+
+constexpr std::size_t lettersEnd = 0x0530;
+
+// The inverse of foldCase().
+constexpr std::array<char16_t, lettersEnd> capitals = [] {
+    std::array<char16_t, lettersEnd> table{};
+    for (char32_t c = 0; c < lettersEnd; ++c)
+        table[c] = char16_t(c);
+    for (char32_t c = 0; c < lettersEnd; ++c)
+        if (const char32_t small = foldCaseOf(c); small != c && c != 0x03C2)
+            table[small] = char16_t(c);
+    return table;
+}();
+
+template<class Convert>
+std::string converted(std::string_view text, Convert convert) {
     std::string result;
     result.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
         if (static_cast<unsigned char>(text[at]) < 0x80) {
-            result += static_cast<char>(foldCase(static_cast<unsigned char>(text[at++])));
+            result += static_cast<char>(convert(static_cast<unsigned char>(text[at++])));
             continue;
         }
         const DecodedCharacter next = decodeUtf8(text, at);
         if (next.valid)
-            appendUtf8(result, foldCase(next.codePoint));
+            appendUtf8(result, convert(next.codePoint));
         else
             result += text.substr(at, next.length);
         at += next.length;
     }
     return result;
+}
+
+} // namespace
+
+std::string folded(std::string_view text) {
+    return converted(text, [](char32_t c) { return foldCase(c); });
+}
+
+std::string upperCased(std::string_view text) {
+    return converted(text, [](char32_t c) { return c < lettersEnd ? char32_t(capitals[c]) : c; });
 }
 
 bool isWordCharacter(char32_t c) {

@@ -13,6 +13,9 @@ char32_t foldCase(char32_t codePoint);
 // stay.
 std::string folded(std::string_view text);
 
+// The text with the small letters of Latin, Greek and Cyrillic as capitals, where both are single characters.
+std::string upperCased(std::string_view text);
+
 // Whether a word goes on with it: letters, digits, marks on them and the underscore.
 bool isWordCharacter(char32_t codePoint);
 

@@ -69,6 +69,24 @@ struct FakeFiles : FileSystem {
         const auto found = files.find(path);
         return found == files.end() ? std::nullopt : std::optional(found->second.stamp);
     }
+    std::unique_ptr<ScratchFile> makeScratchFile(const std::string& name, std::string_view bytes) override {
+        start("makeScratchFile", name);
+        struct Scratch : ScratchFile {
+            FakeFiles& all;
+            std::string place;
+            std::string why;
+            Scratch(FakeFiles& files, std::string path, std::string reason)
+                : all(files), place(std::move(path)), why(std::move(reason)) {}
+            ~Scratch() override { all.files.erase(place); }
+            const std::string& path() const override { return place; }
+            const std::string& whyElsewhere() const override { return why; }
+        };
+        const bool isTaken = files.contains(name);
+        auto scratch = std::make_unique<Scratch>(
+            *this, isTaken ? "/private/scratch" : name, isTaken ? "'" + name + "' exists already" : "");
+        put(scratch->place, std::string(bytes));
+        return scratch;
+    }
     const text::CodePages& codePages() override { return text::basicCodePages(); }
 
     void failWhenAsked(const std::string& operation, const std::string& path) const {

@@ -3,6 +3,7 @@
 #include "hostif/desktop.h"
 #include "hostif/error.h"
 #include "hostif/form.h"
+#include "hostif/printer.h"
 
 #include <algorithm>
 #include <deque>
@@ -36,10 +37,15 @@ public:
     std::vector<FileDialog> dialogs;
     std::vector<TextPrompt> prompts;
     std::map<std::string, std::function<void()>> watched; // by path, while a watch exists
-    std::vector<std::shared_ptr<Form>> openForms; // shown and not closed, the front one last
+    std::vector<std::shared_ptr<Form>> openForms;         // shown and not closed, the front one last
     int eventRounds = 0;
     int repaints = 0;
     bool showFails = false;
+    double time = 46000.375;                   // Tuesday, 9 December 2025, 9 o'clock
+    Printer* thePrinter = nullptr;             // the test's own
+    std::function<bool(PrintDialog&)> onPrint; // what the user does in a printer dialog; none cancels
+    std::function<std::unique_ptr<Printer>(const std::string&)> makePdfPrinter;
+    std::vector<PrintDialog> printDialogs; // as they were when they appeared
 
     Screen screen() override { return theScreen; }
     Pointer pointer() override { return pointer_; }
@@ -117,6 +123,15 @@ public:
         return std::make_unique<Watch>(watched, path);
     }
     Clipboard& clipboard() override { return clipboard_; }
+    Printer* printer() override { return thePrinter; }
+    std::unique_ptr<Printer> pdfPrinter(const std::string& path) override {
+        return makePdfPrinter ? makePdfPrinter(path) : nullptr;
+    }
+    bool showPrint(Form&, PrintDialog& dialog) override {
+        printDialogs.push_back(dialog);
+        return onPrint && onPrint(dialog);
+    }
+    double localTime() override { return time; }
 
 private:
     struct TextClipboard : Clipboard {

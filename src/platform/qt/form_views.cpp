@@ -8,6 +8,7 @@
 #include "platform/qt/ls_options_window.h"
 #include "platform/qt/ls_save_options_window.h"
 #include "platform/qt/preferences_window.h"
+#include "platform/qt/printing_window.h"
 #include "platform/qt/progress_window.h"
 
 namespace genutil {
@@ -28,6 +29,7 @@ FormViews standardFormViews() {
     return {
         {"frmProgress", make<ProgressWindow, frmProgress>},
         {"frmFileView", make<FileViewWindow, frmFileView>},
+        {"frmPrinting", make<PrintingWindow, frmPrinting>},
         {"frmJobList", make<JobListWindow, frmJobList>},
         {"frmLS_Options", make<LSOptionsWindow, frmLS_Options>},
         {"frmInternal_Browser", make<InternalBrowserWindow, frmInternal_Browser>},

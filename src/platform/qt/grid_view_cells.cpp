@@ -1,7 +1,7 @@
 #include "platform/qt/grid_view_cells.h"
 
-#include "platform/qt/control_mark.h"
 #include "platform/qt/row_layout.h"
+#include "text/control_mark.h"
 #include "text/utf8.h"
 
 #include <QAbstractItemView>
@@ -44,7 +44,7 @@ std::vector<CellLine::Piece> piecesOf(std::string_view text) {
             at += pair ? 2 : 1;
             continue;
         }
-        if (const char sign = controlMark(next.codePoint)) {
+        if (const char sign = text::controlMark(next.codePoint)) {
             endPlain();
             pieces.push_back({QString(QLatin1Char(sign)), true});
         } else {

@@ -10,7 +10,7 @@
 
 namespace genutil {
 
-// A cell's text in one line: line ends are blanks, and each control character (controlMark()) is a sign in
+// A cell's text in one line: line ends are blanks, and each control character (text::controlMark()) is a sign in
 // inverse video. What is wider than the cell ends in an ellipsis.
 struct CellLine {
     struct Piece {

@@ -1,7 +1,7 @@
 #include "platform/qt/character_steps.h"
-#include "platform/qt/control_mark.h"
 #include "platform/qt/line_ruler.h"
 #include "platform/qt/row_layout.h"
+#include "text/control_mark.h"
 #include "text/utf8.h"
 
 #include <QPainter>
@@ -150,7 +150,8 @@ std::size_t LineRows::togetherFrom(std::string_view line, std::size_t begin, std
         const auto character = text::decodeUtf8(line, byte);
         const std::size_t after = nextCharacter(line, byte);
         const bool alone = after != byte + character.length || isComplex(character.codePoint) ||
-                           controlMark(character.codePoint) || !ruler_.fillsItsColumns(character.codePoint);
+                           text::controlMark(character.codePoint) ||
+                           !ruler_.fillsItsColumns(character.codePoint);
         if (alone)
             return byte == begin ? after : byte;
         byte = after;
@@ -176,7 +177,7 @@ void LineRows::paint(QPainter& painter, const TextRow& row, double x, double y, 
         const char32_t character = text::decodeUtf8(line, byte).codePoint;
         const std::size_t after = togetherFrom(line, byte, last);
         const double at = x + xOf(row, byte);
-        if (const char sign = controlMark(character)) {
+        if (const char sign = text::controlMark(character)) {
             paintControlMark(painter, sign, QRectF(at, y, ruler_.columnWidth(), rowHeight()), ink);
         } else {
             const std::string_view shown = line.substr(byte, after - byte);

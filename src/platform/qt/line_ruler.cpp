@@ -1,7 +1,7 @@
 #include "platform/qt/line_ruler.h"
 
-#include "platform/qt/control_mark.h"
 #include "text/character_width.h"
+#include "text/control_mark.h"
 #include "text/utf8.h"
 
 #include <QFontInfo>
@@ -30,14 +30,14 @@ LineRuler::LineRuler(const QFont& font)
       unit_(fixedPitch_ ? columnWidth_ : 1) {
     for (std::size_t i = 0; i < plainWidths_.size(); ++i)
         plainWidths_[i] =
-            controlMark(char32_t(i)) ? columnWidth_ : metrics_.horizontalAdvance(QChar(char16_t(i)));
+            text::controlMark(char32_t(i)) ? columnWidth_ : metrics_.horizontalAdvance(QChar(char16_t(i)));
 }
 
 double LineRuler::characterWidth(char32_t character) {
     if (character < plainWidths_.size())
         return plainWidths_[character];
     const auto [entry, isNew] = widths_.try_emplace(character, 0);
-    if (isNew && controlMark(character))
+    if (isNew && text::controlMark(character))
         entry->second = columnWidth_;
     else if (isNew && text::characterWidth(character) > 0)
         entry->second = metrics_.horizontalAdvance(QString::fromUcs4(&character, 1));

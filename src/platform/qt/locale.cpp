@@ -106,6 +106,9 @@ DateLocale dateLocaleOf(const QLocale& locale) {
     for (int month = 1; month <= 12; ++month)
         result.shortMonths[static_cast<std::size_t>(month - 1)] =
             locale.monthName(month, QLocale::ShortFormat).toStdString();
+    for (int day = 0; day < 7; ++day)
+        result.weekdays[static_cast<std::size_t>(day)] =
+            locale.dayName(day == 0 ? 7 : day, QLocale::LongFormat).toStdString();
     DateWords words;
     words.add(locale);
     const auto own = std::make_shared<const DateWords>(std::move(words));

@@ -3,16 +3,19 @@
 #include "hostif/controls.h"
 #include "hostif/error.h"
 #include "hostif/form.h"
+#include "hostif/printer.h"
 #include "hostif/value.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/file_watch.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/locale.h"
+#include "platform/qt/qt_printer.h"
 #include "platform/qt/text_measure.h"
 #include "platform/qt/twip_scale.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDateTime>
 #include <QEventLoop>
 #include <QFontInfo>
 #include <QPointer>
@@ -62,6 +65,10 @@ public:
         return makeFileWatch(path, std::move(changed));
     }
     Clipboard& clipboard() override { return clipboard_; }
+    Printer* printer() override { return &systemPrinter(); }
+    std::unique_ptr<Printer> pdfPrinter(const std::string& path) override { return makePdfPrinter(path); }
+    bool showPrint(Form& owner, PrintDialog& dialog) override;
+    double localTime() override;
 
 private:
     struct Open {
@@ -88,7 +95,11 @@ private:
     std::vector<Measure> measures_; // at measuredScale_
     double measuredScale_ = 0;
     Pointer pointer_ = Pointer::Default;
+    // Asking the system for its printers takes time: not before one is wanted.
+    SystemPrinter& systemPrinter();
+
     QtClipboard clipboard_;
+    std::unique_ptr<SystemPrinter> printer_;
 };
 
 QtDesktop::~QtDesktop() {
@@ -210,6 +221,13 @@ void QtDesktop::doEvents() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
 }
 
+double QtDesktop::localTime() {
+    const QDateTime now = QDateTime::currentDateTime();
+    constexpr double millisecondsPerDay = 86'400'000;
+    return double(QDate(1899, 12, 30).daysTo(now.date())) +
+           now.time().msecsSinceStartOfDay() / millisecondsPerDay;
+}
+
 void QtDesktop::popUpMenu(MenuItem& menu) {
     const auto alive = menu.form().shared_from_this();
     const PointerScope arrow(*this, Pointer::Default);
@@ -230,6 +248,17 @@ bool QtDesktop::showOpen(Form& owner, FileDialog& dialog) {
 bool QtDesktop::showSave(Form& owner, FileDialog& dialog) {
     const PointerScope arrow(*this, Pointer::Default);
     return showFileDialog(windowOf(owner), dialog, FileDialogKind::Save);
+}
+
+SystemPrinter& QtDesktop::systemPrinter() {
+    if (!printer_)
+        printer_ = makeSystemPrinter();
+    return *printer_;
+}
+
+bool QtDesktop::showPrint(Form& owner, PrintDialog& dialog) {
+    const PointerScope arrow(*this, Pointer::Default);
+    return systemPrinter().ask(windowOf(owner), dialog);
 }
 
 std::optional<std::string> QtDesktop::askText(Form& owner, const TextPrompt& prompt) {

@@ -36,7 +36,7 @@ struct RowSpan {
     double right = 0;
 };
 
-// Paints the sign that stands for a control character (controlMark()) into its column.
+// Paints the sign that stands for a control character (text::controlMark()) into its column.
 void paintControlMark(QPainter& painter, char sign, const QRectF& column, const TextInk& ink);
 
 // How a text falls into rows, and where its characters stand in them. Only rows that are asked for are laid

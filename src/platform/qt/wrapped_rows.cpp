@@ -1,8 +1,8 @@
-#include "platform/qt/control_mark.h"
 #include "platform/qt/line_ruler.h"
 #include "platform/qt/row_layout.h"
 #include "platform/qt/utf16_text.h"
 #include "text/character_width.h"
+#include "text/control_mark.h"
 
 #include <QGlyphRun>
 #include <QPainter>
@@ -132,7 +132,7 @@ const Piece& WrappedRows::pieceAt(std::size_t number, std::size_t byte) {
 void WrappedRows::layOut(Piece& piece) const {
     QString shown = piece.text.text();
     for (QChar& unit : shown) {
-        if (!unit.isSurrogate() && controlMark(unit.unicode()))
+        if (!unit.isSurrogate() && text::controlMark(unit.unicode()))
             unit = markPlace;
         piece.mixesDirections |= unit.unicode() >= 0x0590; // no need to be exact: it only costs time
     }
@@ -155,7 +155,7 @@ void WrappedRows::paintMarks(
     const QString& text = piece.text.text();
     for (int unit = line.textStart(); unit < line.textStart() + line.textLength(); ++unit) {
         const QChar character = text[unit];
-        const char sign = character.isSurrogate() ? '\0' : controlMark(character.unicode());
+        const char sign = character.isSurrogate() ? '\0' : text::controlMark(character.unicode());
         if (!sign)
             continue;
         const double left = line.cursorToX(unit);

@@ -5,6 +5,7 @@
 #include "platform/system/file_stamp.h"
 #include "platform/system/open_file.h"
 #include "platform/system/save_file.h"
+#include "platform/system/scratch_file.h"
 #include "platform/system/wipe_file.h"
 
 namespace genutil {
@@ -22,6 +23,9 @@ public:
     }
     void copyFile(const std::string& from, const std::string& to) override { genutil::copyFile(from, to); }
     std::optional<FileStamp> stampOf(const std::string& path) override { return genutil::stampOf(path); }
+    std::unique_ptr<ScratchFile> makeScratchFile(const std::string& name, std::string_view bytes) override {
+        return genutil::makeScratchFile(name, bytes);
+    }
     const text::CodePages& codePages() override { return codePages_; }
 
 private:

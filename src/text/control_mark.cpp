@@ -1,11 +1,11 @@
-#include "platform/qt/control_mark.h"
+#include "text/control_mark.h"
 
 #include "text/character_width.h"
 
 #include <algorithm>
 #include <array>
 
-namespace genutil {
+namespace genutil::text {
 namespace {
 
 struct Sign {
@@ -33,7 +33,7 @@ char controlMark(char32_t character) {
     }
     if (const auto* known = std::ranges::find(signs, character, &Sign::character); known != signs.end())
         return known->sign;
-    return text::isInvisibleControl(character) ? '*' : '\0';
+    return isInvisibleControl(character) ? '*' : '\0';
 }
 
-} // namespace genutil
+} // namespace genutil::text

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace genutil {
+namespace genutil::text {
 
 // Control and direction-changing characters have no look of their own and could hide what a text says. A view
 // shows each as one column of inverse video, which no real character has, with a sign in it:
@@ -14,4 +14,4 @@ namespace genutil {
 // The result is that sign, or 0 for a character that shows itself.
 char controlMark(char32_t character);
 
-} // namespace genutil
+} // namespace genutil::text

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "hostif/control.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace genutil {
+
+// How a sheet lies; the numbers are those of printer drivers.
+enum class PageOrientation : std::int16_t { Portrait = 1, Landscape = 2 };
+
+// What a sheet and the way of printing on it are. The numbers are those of printer drivers; 0 leaves a
+// setting to the printer.
+struct PageSettings {
+    static constexpr std::int16_t a4 = 9;
+
+    PageOrientation orientation = PageOrientation::Portrait;
+    std::int16_t paperSize = a4;
+    std::int16_t paperBin = 0;
+    std::int16_t colorMode = 0; // 1 monochrome, 2 colour
+    std::int16_t duplex = 0;    // 1 one side, 2 turned over the short edge, 3 over the long edge
+    std::int16_t quality = 0;   // dots per inch; -1 draft to -4 high
+    std::int16_t copies = 1;
+
+    friend bool operator==(const PageSettings&, const PageSettings&) = default;
+};
+
+struct PrinterDevice {
+    std::string name;
+    std::string driver;
+    std::string port;
+
+    friend bool operator==(const PrinterDevice&, const PrinterDevice&) = default;
+};
+
+// A line as it goes onto paper: what would not be seen, or would move what follows, is a sign of
+// text::controlMark() that is printed in inverse video. No control character is left in the text.
+struct PrintedLine {
+    std::string text;               // UTF-8, tabs as blanks
+    std::vector<std::size_t> marks; // where the signs are, in UTF-8 units, rising
+};
+
+// A printer, or what stands for one. Lengths are twips from the left top corner of the sheet's printable
+// area. A text is printed from the current place on; nothing appears on paper before endDocument(). Throws
+// Error with DeviceError and a description that names the printer when it fails.
+class Printer {
+public:
+    virtual ~Printer() = default;
+
+    virtual std::vector<PrinterDevice> installed() = 0;
+    virtual PrinterDevice device() const = 0;
+    // Makes another printer the current one; no document must be begun.
+    virtual void choose(const PrinterDevice& device) = 0;
+
+    virtual PageSettings page() const = 0;
+    // A printer leaves out, or refuses with an error, what it cannot do: page() tells what holds. No document
+    // must be begun.
+    virtual void setPage(const PageSettings& settings) = 0;
+    // The printable area of a sheet as it lies now.
+    virtual double scaleWidth() const = 0;
+    virtual double scaleHeight() const = 0;
+    // The sheet's unprintable left and top margins in the printer's pixels, and how long one is.
+    virtual double physicalOffsetX() const = 0;
+    virtual double physicalOffsetY() const = 0;
+    virtual double twipsPerPixelX() const = 0;
+    virtual double twipsPerPixelY() const = 0;
+
+    virtual Font font() const = 0;
+    virtual void setFont(const Font& font) = 0;
+    // Of one line, and from one line to the next, in the current font. In a fixed-pitch font every character
+    // is printed on its column, as text::columnsOf() counts, so that a text is as wide as its columns.
+    virtual double textWidth(const std::string& text) const = 0;
+    virtual double textHeight(const std::string& text) const = 0;
+
+    virtual double currentX() const = 0;
+    virtual double currentY() const = 0;
+    virtual void setCurrent(double x, double y) = 0;
+
+    // Prints the line at the current place, which then is at the left of the next one. What passes the
+    // printable area is cut off.
+    virtual void printLine(const PrintedLine& line) = 0;
+    // Ends the page and begins another; the current place is its left top corner.
+    virtual void newPage() = 0;
+    // The document that the first line has begun is whole: prints it. Does nothing without one.
+    virtual void endDocument() = 0;
+    // Gives it up: where a printer has not begun to print it, nothing of it appears.
+    virtual void cancelDocument() = 0;
+};
+
+namespace printflags {
+inline constexpr std::int32_t Selection = 1;
+inline constexpr std::int32_t PageNumbers = 2;
+inline constexpr std::int32_t InformationContext = 512;
+} // namespace printflags
+
+// What a printer dialog is given, and what the user has made of it.
+struct PrintDialog {
+    PrinterDevice device;
+    PageSettings page;
+    int fromPage = 1;
+    int toPage = 1;
+    int minPage = 1;
+    int maxPage = 1;
+    std::int32_t flags = 0; // printflags; Selection offers the selection, and is preset
+};
+
+} // namespace genutil

@@ -1,0 +1,98 @@
+#include "fileview/report_print.h"
+#include "hostif/error.h"
+#include "platform/qt/qt_printer.h"
+#include "support/file_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <QProcess>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace genutil;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+QString output(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+struct Pdf : testing::Test {
+    fake::FileFolder folder;
+    const std::string path = folder / "report.pdf";
+
+    PrintOutcome print(
+        const std::string& text, PageOrientation orientation,
+        const PrintProgress& goOn = [](std::size_t, std::size_t) { return true; }) {
+        const auto printer = makePdfPrinter(path);
+        printer->setPage({.orientation = orientation});
+        const auto document = text::TextDocument::fromBytes(text);
+        return printReport(*printer,
+            {.lines = allLines(document),
+                .header = "Kestal v8.2  -  /JOBS/A.LOG",
+                .font = reportFont(false),
+                .orientation = orientation},
+            goOn);
+    }
+};
+
+TEST_F(Pdf, HoldsTheReportOnA4InAnEmbeddedFixedPitchFontWithItsColumns) {
+    std::string report = "Point\tEasting    \xC3\xA9\xE2\x82\xAC\x1B[2J end\n";
+    for (int i = 1; i < 100; ++i)
+        report += "P" + std::to_string(i) + "\t" + std::to_string(1000 + i) + "\n";
+    const auto outcome = print(report, PageOrientation::Landscape);
+    const QString file = QString::fromStdString(path);
+    const std::string info = output("pdfinfo", {file}).toStdString();
+    EXPECT_THAT(info, HasSubstr("Pages:           " + std::to_string(outcome.pageCount)));
+    EXPECT_THAT(info, HasSubstr("842 x 595 pts (A4)"));
+    const QStringList fonts = output("pdffonts", {file}).split('\n', Qt::SkipEmptyParts).mid(2);
+    ASSERT_FALSE(fonts.isEmpty());
+    for (const QString& font : fonts) {
+        EXPECT_TRUE(font.contains("LiberationMono")) << qPrintable(font);
+        EXPECT_EQ(font.simplified().split(' ').at(4), "yes") << "not embedded: " << qPrintable(font);
+    }
+    const std::string text = output("pdftotext", {"-fixed", "5.76", file, "-"}).toStdString();
+    EXPECT_THAT(text, HasSubstr("Point   Easting    \xC3\xA9\xE2\x82\xAC[[2J end"));
+    EXPECT_THAT(text, HasSubstr("P99     1099"));
+    EXPECT_EQ(QString::fromStdString(text).count("/JOBS/A.LOG"), qsizetype(outcome.pageCount));
+}
+
+TEST_F(Pdf, AppearsWholeOrNotAtAll) {
+    folder.make("report.pdf", "earlier");
+    const std::string report(100'000, '\n');
+    print(report, PageOrientation::Portrait, [](std::size_t done, std::size_t) { return done < 2; });
+    EXPECT_EQ(folder.contents("report.pdf"), "earlier");
+    EXPECT_EQ(folder.names().size(), 1u) << "a cancelled document leaves nothing beside";
+    print("text", PageOrientation::Portrait);
+    EXPECT_THAT(folder.contents("report.pdf"), testing::StartsWith("%PDF"));
+    EXPECT_EQ(folder.names().size(), 1u);
+
+    const auto nowhere = makePdfPrinter(folder / "missing/report.pdf");
+    EXPECT_THROW(nowhere->printLine({"text", {}}), Error);
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_THROW(makePdfPrinter(folder / "pipe")->printLine({"text", {}}), Error) << "only regular files";
+    // A disk that is full.
+    folder.make("report.pdf", "earlier");
+    struct rlimit whole {};
+    ::getrlimit(RLIMIT_FSIZE, &whole);
+    const rlimit little{100'000, whole.rlim_max};
+    const auto ignored = ::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &little);
+    std::string incompressible;
+    for (unsigned i = 0, value = 1; i < 400'000; ++i, value = value * 1664525 + 1013904223)
+        incompressible += i % 60 == 59 ? '\n' : char('!' + (value >> 16) % 90);
+    EXPECT_THROW(print(incompressible, PageOrientation::Portrait), Error);
+    ::setrlimit(RLIMIT_FSIZE, &whole);
+    ::signal(SIGXFSZ, ignored);
+    EXPECT_EQ(folder.contents("report.pdf"), "earlier");
+    EXPECT_EQ(folder.names(), (std::set<std::string>{"pipe", "report.pdf"}));
+}
+
+} // namespace
