@@ -54,8 +54,7 @@ QStringList readGeneralPreferences(RecordObject& preferences, const IniText& set
     for (const auto& [name, fault] : rules) {
         if (fault.empty())
             continue;
-        faults +=
-            QString("The stored setting %1 in section %2 is not used: %3").arg(name, section, fault.c_str());
+        faults += unusedSetting(section, name, fault);
         preferences.set(name, defaults->value(name));
     }
     return faults;

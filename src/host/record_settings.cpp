@@ -2,6 +2,11 @@
 
 namespace kestal {
 
+QString unusedSetting(const std::string& section, const std::string& key, const std::string& reason) {
+    return QString("The stored setting %1 in section %2 is not used: %3")
+        .arg(key.c_str(), section.c_str(), reason.c_str());
+}
+
 QStringList readRecord(RecordObject& record, const IniText& settings, const std::string& section) {
     QStringList faults;
     for (const auto& field : record.fields()) {
@@ -9,8 +14,7 @@ QStringList readRecord(RecordObject& record, const IniText& settings, const std:
             if (const auto stored = settings.value(section, field.name))
                 record.set(field.name, Variant(std::string_view(*stored)));
         } catch (const std::exception& error) {
-            faults += QString("The stored setting %1 in section %2 is not used: %3")
-                          .arg(field.name, section.c_str(), error.what());
+            faults += unusedSetting(section, field.name, error.what());
         }
     }
     return faults;

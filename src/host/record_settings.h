@@ -11,6 +11,9 @@ namespace kestal {
 /// the field cannot take leaves the record's; the result says which and why.
 QStringList readRecord(RecordObject& record, const IniText& settings, const std::string& section);
 
+/// What the user's log says of a stored setting that cannot be taken.
+QString unusedSetting(const std::string& section, const std::string& key, const std::string& reason);
+
 /// All fields of a record, numbers with a point whatever the locale.
 std::vector<Setting> settingsOf(const RecordObject& record, const std::string& section);
 

@@ -1,6 +1,7 @@
 #include "host/view_marks.h"
 
 #include "host/automation_values.h"
+#include "host/record_settings.h"
 
 #include <algorithm>
 
@@ -108,8 +109,7 @@ QStringList ViewMarks::read(const IniText& settings) {
             if (const auto stored = settings.value(section, key))
                 target = truthOf(k_genutil::Variant(std::string_view(*stored)));
         } catch (const std::exception& error) {
-            faults += QString("The stored setting %1 in section %2 is not used: %3")
-                          .arg(key.c_str(), section, error.what());
+            faults += unusedSetting(section, key, error.what());
         }
     };
     for (std::size_t i = 0; i < marks.size(); ++i)

@@ -1,6 +1,7 @@
 #include "platform/qt/display_window.h"
 
 #include "platform/qt/bind.h"
+#include "platform/qt/button_row.h"
 #include "platform/qt/group_box.h"
 #include "platform/qt/line_sample_view.h"
 
@@ -9,7 +10,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QPushButton>
 
 namespace genutil {
 namespace {
@@ -56,20 +56,12 @@ public:
 
     QFrame* buttons() {
         auto* const panel = new QFrame(contents_);
-        auto* const row = new QHBoxLayout(panel);
-        row->setContentsMargins(0, 0, 0, 0);
-        row->setSpacing(gap);
-        auto* const help = new QFrame(panel);
         bind(panel, form_.pnlButtons);
-        bind(help, form_.pnlHelp);
+        auto* const row = makeButtonRow(panel, form_.pnlHelp, {&form_.cmdOK, &form_.cmdCancel});
+        row->setContentsMargins(0, 0, 0, 0);
+        panel->setLayout(row);
         for (Panel* const bare : {&form_.pnlButtons, &form_.pnlHelp})
             forwardMouse(panel, *bare, form_);
-        row->addWidget(help, 1);
-        for (Button* const model : {&form_.cmdOK, &form_.cmdCancel}) {
-            auto* const button = new QPushButton(panel);
-            row->addWidget(button);
-            bind(button, *model);
-        }
         return panel;
     }
 

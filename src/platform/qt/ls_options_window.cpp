@@ -1,18 +1,17 @@
 #include "platform/qt/ls_options_window.h"
 
 #include "platform/qt/bind.h"
+#include "platform/qt/button_row.h"
 #include "platform/qt/decimal_column.h"
 #include "platform/qt/fonts.h"
+#include "platform/qt/group_box.h"
 #include "platform/qt/number_box.h"
-#include "platform/qt/tie.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QPushButton>
 
 #include <algorithm>
 #include <map>
@@ -150,10 +149,8 @@ private:
         ComboBox& model = form_.listOf(option);
         auto* view = bound(new QComboBox(contents_), model, spoken);
         const std::string labelName = "lblDummyC" + model.name().substr(1);
-        if (Control* const label = form_.findControl(labelName)) {
-            auto* tie = new Tie(view, *label, [](Aspect) {});
-            tie->keep(model.mouseMove.connectScoped([label] { label->mouseMove(); }));
-        }
+        if (Control* const label = form_.findControl(labelName))
+            forwardMouse(view, model, *label);
         return view;
     }
 
@@ -248,20 +245,6 @@ QWidget* makeGeneral(Builder& build, const LSGroup& group) {
     return grid->parentWidget();
 }
 
-QLayout* makeButtons(QWidget* contents, frmLS_Options& form) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(groupGap);
-    auto* help = new QFrame(contents);
-    bind(help, form.pnlHelp);
-    row->addWidget(help, 1);
-    for (Button* model : {&form.cmdOK, &form.cmdCancel, &form.cmdDefaults}) {
-        auto* button = new QPushButton(contents);
-        row->addWidget(button);
-        bind(button, *model);
-    }
-    return row;
-}
-
 } // namespace
 
 LSOptionsWindow::LSOptionsWindow(const std::shared_ptr<frmLS_Options>& form) : FormWindow(form) {
@@ -287,7 +270,8 @@ LSOptionsWindow::LSOptionsWindow(const std::shared_ptr<frmLS_Options>& form) : F
         default:
             limits->addWidget(makeLimits(build, group), int(group.options.size()));
         }
-    column->addLayout(makeButtons(contents(), *form));
+    column->addLayout(
+        makeButtonRow(contents(), form->pnlHelp, {&form->cmdOK, &form->cmdCancel, &form->cmdDefaults}));
 }
 
 } // namespace genutil

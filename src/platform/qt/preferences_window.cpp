@@ -1,6 +1,7 @@
 #include "platform/qt/preferences_window.h"
 
 #include "platform/qt/bind.h"
+#include "platform/qt/button_row.h"
 #include "platform/qt/group_box.h"
 #include "platform/qt/number_box.h"
 #include "platform/qt/twip_scale.h"
@@ -129,17 +130,7 @@ PreferencesWindow::PreferencesWindow(const std::shared_ptr<frmDefaults>& form) :
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(gap);
     column->addWidget(Builder(*form, contents()).tabs());
-    auto* const row = new QHBoxLayout;
-    row->setSpacing(gap);
-    auto* const help = new QFrame(contents());
-    bind(help, form->pnlHelp);
-    row->addWidget(help, 1);
-    for (Button* const model : {&form->cmdOK, &form->cmdCancel}) {
-        auto* const button = new QPushButton(contents());
-        row->addWidget(button);
-        bind(button, *model);
-    }
-    column->addLayout(row);
+    column->addLayout(makeButtonRow(contents(), form->pnlHelp, {&form->cmdOK, &form->cmdCancel}));
 }
 
 } // namespace genutil

@@ -32,6 +32,14 @@ QPageLayout layoutOf(const PageSettings& settings, const QMarginsF& unprintable)
     return QPageLayout(size, orientation, unprintable, QPageLayout::Point);
 }
 
+void setInkAndSides(QPrinter& printer, const PageSettings& settings) {
+    printer.setColorMode(settings.colorMode == 1 ? QPrinter::GrayScale : QPrinter::Color);
+    if (settings.duplex > 0)
+        printer.setDuplex(settings.duplex == 1   ? QPrinter::DuplexNone
+                          : settings.duplex == 2 ? QPrinter::DuplexShortSide
+                                                 : QPrinter::DuplexLongSide);
+}
+
 // A paper that a document is painted on, and what it takes to end it well.
 class Paper {
 public:
@@ -82,11 +90,7 @@ class SystemPaper : public Paper {
 public:
     explicit SystemPaper(const PrinterDevice& device, const PageSettings& settings)
         : printer_(QPrinterInfo::printerInfo(QString::fromStdString(device.name)), QPrinter::HighResolution) {
-        printer_.setColorMode(settings.colorMode == 1 ? QPrinter::GrayScale : QPrinter::Color);
-        if (settings.duplex > 0)
-            printer_.setDuplex(settings.duplex == 1   ? QPrinter::DuplexNone
-                               : settings.duplex == 2 ? QPrinter::DuplexShortSide
-                                                      : QPrinter::DuplexLongSide);
+        setInkAndSides(printer_, settings);
         if (settings.paperBin > 0)
             printer_.setPaperSource(QPrinter::PaperSource(settings.paperBin - 1));
     }
@@ -228,11 +232,7 @@ void showSettings(QPrinter& printer, const PrintDialog& dialog) {
     printer.setPageSize(layoutOf(dialog.page, {}).pageSize());
     printer.setPageOrientation(layoutOf(dialog.page, {}).orientation());
     printer.setCopyCount(std::max<int>(dialog.page.copies, 1));
-    if (dialog.page.duplex > 0)
-        printer.setDuplex(dialog.page.duplex == 1   ? QPrinter::DuplexNone
-                          : dialog.page.duplex == 2 ? QPrinter::DuplexShortSide
-                                                    : QPrinter::DuplexLongSide);
-    printer.setColorMode(dialog.page.colorMode == 1 ? QPrinter::GrayScale : QPrinter::Color);
+    setInkAndSides(printer, dialog.page);
 }
 
 void readSettings(const QPrinter& printer, PrintDialog& dialog) {
