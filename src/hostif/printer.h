@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,13 @@ struct PrintedLine {
     std::vector<std::size_t> marks; // where the signs are, in UTF-8 units, rising
 };
 
+// What a sheet looks like.
+struct PagePicture {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels; // row after row; 0xffRRGGBB
+};
+
 // A printer, or what stands for one. Lengths are twips from the left top corner of the sheet's printable
 // area. A text is printed from the current place on; nothing appears on paper before endDocument(). Throws
 // Error with DeviceError and a description that names the printer when it fails.
@@ -62,6 +70,9 @@ public:
     // The printable area of a sheet as it lies now.
     virtual double scaleWidth() const = 0;
     virtual double scaleHeight() const = 0;
+    // The whole sheet.
+    virtual double sheetWidth() const = 0;
+    virtual double sheetHeight() const = 0;
     // The sheet's unprintable left and top margins in the printer's pixels, and how long one is.
     virtual double physicalOffsetX() const = 0;
     virtual double physicalOffsetY() const = 0;
@@ -88,6 +99,10 @@ public:
     virtual void endDocument() = 0;
     // Gives it up: where a printer has not begun to print it, nothing of it appears.
     virtual void cancelDocument() = 0;
+
+    // The whole sheet in so many pixels, with what `print` prints on this printer meanwhile: no more than one
+    // page. No document must be begun, and none is.
+    virtual PagePicture picture(int width, int height, const std::function<void()>& print) = 0;
 };
 
 namespace printflags {

@@ -45,8 +45,10 @@ public:
         page_ = taken;
         settings.push_back(wanted);
     }
-    double scaleWidth() const override { return (isLandscape() ? 16838 : 11906) - 480; }
-    double scaleHeight() const override { return (isLandscape() ? 11906 : 16838) - 480; }
+    double scaleWidth() const override { return sheetWidth() - 480; }
+    double scaleHeight() const override { return sheetHeight() - 480; }
+    double sheetWidth() const override { return isLandscape() ? 16838 : 11906; }
+    double sheetHeight() const override { return isLandscape() ? 11906 : 16838; }
     double physicalOffsetX() const override { return offsetPixels; }
     double physicalOffsetY() const override { return offsetPixels; }
     double twipsPerPixelX() const override { return 15; }
@@ -81,6 +83,12 @@ public:
     void cancelDocument() override {
         ++cancelled;
         pages.clear();
+    }
+
+    // Prints on the document's pages.
+    PagePicture picture(int width, int height, const std::function<void()>& print) override {
+        print();
+        return {width, height, {}};
     }
 
     // The lines of each page below its header.

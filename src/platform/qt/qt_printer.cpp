@@ -5,6 +5,7 @@
 #include "platform/qt/print_ink.h"
 
 #include <QFileInfo>
+#include <QImage>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPdfWriter>
@@ -20,6 +21,8 @@ namespace genutil {
 namespace {
 
 constexpr double twipsPerInch = 1440;
+constexpr double twipsPerPoint = 20;
+constexpr double inchesPerMetre = 1 / 0.0254;
 constexpr int resolution = 1200;   // dots per inch of a PDF file: fine enough for any size of font
 constexpr double usualMargin = 12; // points that printers cannot print on, and a PDF file keeps free
 constexpr const char* pdfDevice = "PDF file";
@@ -129,6 +132,8 @@ public:
     }
     double scaleWidth() const override { return paper_->device().width() * twipsPerDot(); }
     double scaleHeight() const override { return paper_->device().height() * twipsPerDot(); }
+    double sheetWidth() const override { return sheet().width() * twipsPerPoint; }
+    double sheetHeight() const override { return sheet().height() * twipsPerPoint; }
     double physicalOffsetX() const override { return offset().left(); }
     double physicalOffsetY() const override { return offset().top(); }
     double twipsPerPixelX() const override { return twipsPerDot(); }
@@ -181,11 +186,30 @@ public:
         renewPaper();
     }
 
+    PagePicture picture(int width, int height, const std::function<void()>& print) override {
+        PagePicture picture{
+            width, height, std::vector<std::uint32_t>(std::size_t(width) * std::size_t(height))};
+        QImage image(reinterpret_cast<uchar*>(picture.pixels.data()), width, height, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        // In the paper's dots, so that fonts are as large as they are there.
+        image.setDotsPerMeterX(qRound(paper_->dotsPerInch() * inchesPerMetre));
+        image.setDotsPerMeterY(image.dotsPerMeterX());
+        // Gone before the image is.
+        const std::unique_ptr<QPainter, std::function<void(QPainter*)>> scope(
+            (painter_ = std::make_unique<QPainter>(&image)).get(), [this](QPainter*) { painter_.reset(); });
+        painter_->setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+        painter_->scale(width / (sheetWidth() / twipsPerDot()), height / (sheetHeight() / twipsPerDot()));
+        painter_->translate(offset().left(), offset().top());
+        print();
+        return picture;
+    }
+
     bool ask(QWidget* owner, PrintDialog& dialog) override;
 
 private:
     double twipsPerDot() const { return twipsPerInch / paper_->dotsPerInch(); }
     QMargins offset() const { return paper_->device().pageLayout().marginsPixels(paper_->dotsPerInch()); }
+    QSizeF sheet() const { return paper_->device().pageLayout().fullRect(QPageLayout::Point).size(); }
     bool isPdf() const { return device_.driver == "pdf"; }
 
     void renewPaper() {
