@@ -342,9 +342,10 @@ TEST_F(Printing, ShowsHowFarALongRunIsAndStopsIt) {
 
     fake::RecordingPrinter recording;
     const auto document = text::TextDocument::fromBytes(numbered(1, 330));
-    const PrintOrder order{.lines = allLines(document), .header = "h", .font = reportFont(false)};
+    const ReportPages pages(
+        recording, {.lines = allLines(document), .header = "h", .font = reportFont(false)});
     const auto outcome =
-        printReport(recording, order, [](std::size_t done, std::size_t) { return done < 2; });
+        printReport(recording, pages, {}, [](std::size_t done, std::size_t) { return done < 2; });
     EXPECT_EQ(outcome.end, PrintOutcome::End::Cancelled);
     EXPECT_EQ(recording.cancelled, 1);
     EXPECT_EQ(recording.ended, 0);

@@ -34,12 +34,11 @@ struct Pdf : testing::Test {
         const auto printer = makePdfPrinter(path);
         printer->setPage({.orientation = orientation});
         const auto document = text::TextDocument::fromBytes(text);
-        return printReport(*printer,
-            {.lines = allLines(document),
-                .header = "Kestal v8.2  -  /JOBS/A.LOG",
-                .font = reportFont(false),
-                .orientation = orientation},
-            goOn);
+        const ReportPages pages(*printer, {.lines = allLines(document),
+                                              .header = "Kestal v8.2  -  /JOBS/A.LOG",
+                                              .font = reportFont(false),
+                                              .orientation = orientation});
+        return printReport(*printer, pages, {}, goOn);
     }
 };
 

@@ -119,6 +119,21 @@ protected:
     ~_cFileViewLoader() = default;
 };
 
+/// A further interface of cFileViewLoader, without a dialog: reports on paper, for programs that print in
+/// batches.
+struct _ReportPrinting : IUnknown {
+    /// Prints a plain-text report into a PDF file, which appears whole or not at all. `orientation` is 1 for
+    /// a sheet that stands, 2 for one that lies, 0 for what the report's name asks for. Lines and pages are
+    /// counted from 1, the first and the last one are printed, and a `to...` of 0 is the end; the pages are
+    /// those that the lines make. `pages` receives how many were printed, those of all copies.
+    virtual HRESULT STDMETHODCALLTYPE PrintToPdf(BSTR* FileToView, BSTR* pdfFile, IDispatch** prog,
+        short orientation, LONG fromLine, LONG toLine, LONG fromPage, LONG toPage, short copies,
+        LONG* pages) = 0;
+
+protected:
+    ~_ReportPrinting() = default;
+};
+
 /// A progress window over several calls: `GaugeSetup` opens it, `Gauge` advances it, `GaugeRemove` closes it.
 struct _cProgress : ILoader {
     virtual HRESULT STDMETHODCALLTYPE Gauge(BSTR* incrNo, short perCent) = 0;
@@ -212,6 +227,9 @@ inline constexpr IID iidOf<_cInternalBrowserLoader>{
 template<>
 inline constexpr IID iidOf<_cFileViewLoader>{
     0x13BE51E6, 0x79BB, 0x4770, {0x92, 0x65, 0xD7, 0x54, 0xE5, 0x87, 0x42, 0x7E}};
+template<>
+inline constexpr IID iidOf<_ReportPrinting>{
+    0x87F24D42, 0x1CF4, 0x4B18, {0x9C, 0x12, 0xDF, 0xCF, 0x2C, 0xF8, 0x59, 0x49}};
 template<>
 inline constexpr IID iidOf<_cProgress>{
     0xBBA31A68, 0x88FB, 0x4C5A, {0x97, 0x2A, 0xF3, 0x45, 0x70, 0x4C, 0x50, 0xE5}};

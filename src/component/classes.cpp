@@ -6,6 +6,7 @@
 #include "component/host_object.h"
 #include "display/c_display_loader.h"
 #include "fileview/c_file_view_loader.h"
+#include "fileview/report_printing.h"
 #include "frame/loader.h"
 #include "joblist/c_job_list_loader.h"
 #include "joblist/job_listing.h"
@@ -70,6 +71,28 @@ protected:
     Core core_;
 };
 
+// A public object with a further interface beside the automation one.
+template<class Interface, class Core, class Further>
+class ExtendedObject : public PublicObject<Interface, Core>, public Further {
+    using Base = PublicObject<Interface, Core>;
+
+public:
+    using Base::Base;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        return Base::QueryInterface(iid, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return Base::AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return Base::Release(); }
+
+private:
+    bool tellsErrorsOf(REFIID iid) const override {
+        return iid == k_genutil::iidOf<Further> || Base::tellsErrorsOf(iid);
+    }
+    void* find(REFIID iid) override {
+        return iid == k_genutil::iidOf<Further> ? static_cast<Further*>(this) : Base::find(iid);
+    }
+};
+
 class ProgressObject final : public PublicObject<k_genutil::_cProgress, cProgress> {
 public:
     using PublicObject::PublicObject;
@@ -86,9 +109,12 @@ public:
     }
 };
 
-class FileViewObject final : public PublicObject<k_genutil::_cFileViewLoader, cFileViewLoader> {
+// Shows reports, and prints them without the viewer through a further interface.
+class FileViewObject final
+    : public ExtendedObject<k_genutil::_cFileViewLoader, cFileViewLoader, k_genutil::_ReportPrinting> {
 public:
-    using PublicObject::PublicObject;
+    explicit FileViewObject(Component& component) : ExtendedObject(component), printing_(component) {}
+
     HRESULT STDMETHODCALLTYPE LoadFileViewForm(VARIANT_BOOL* instantHelp, VARIANT_BOOL* setModal,
         short* ViewMode, BSTR* FileToView, IDispatch** prog, BSTR* defEditor, VARIANT_BOOL* formCancelled,
         IDispatch** rtbTextViewer) override {
@@ -108,7 +134,40 @@ public:
         });
     }
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
+
+    HRESULT STDMETHODCALLTYPE PrintToPdf(BSTR* FileToView, BSTR* pdfFile, IDispatch** prog, short orientation,
+        LONG fromLine, LONG toLine, LONG fromPage, LONG toPage, short copies, LONG* pages) override {
+        if (!allGiven(FileToView, pdfFile, prog, pages))
+            return noPlace();
+        return perform([&] {
+            PdfOrder order{.file = textOf(FileToView),
+                .pdfFile = textOf(pdfFile),
+                .orientation = orientationOf(orientation),
+                .fromLine = place(fromLine, "line"),
+                .range = {.fromPage = place(fromPage, "page"), .copies = copies}};
+            if (toLine != 0)
+                order.toLine = place(toLine, "line");
+            if (toPage != 0)
+                order.range.toPage = place(toPage, "page");
+            *pages = LONG(printing_.PrintToPdf(order, recordOf(*prog, "prog")));
+        });
+    }
+
+private:
+    static std::size_t place(LONG number, const char* what) {
+        if (number < 0)
+            throw Error(errors::InvalidCall, std::string("The number of a ") + what + " is below 0");
+        return std::size_t(number);
+    }
+    static std::optional<PageOrientation> orientationOf(short number) {
+        if (number < 0 || number > 2)
+            throw Error(errors::InvalidCall, "The orientation of a sheet is 0, 1 or 2");
+        return number == 0 ? std::nullopt : std::optional(PageOrientation(number));
+    }
+
+    ReportPrinting printing_;
 };
+
 class InternalBrowserObject final
     : public PublicObject<k_genutil::_cInternalBrowserLoader, cInternalBrowserLoader> {
 public:
@@ -119,16 +178,10 @@ public:
 };
 
 // Lists jobs in the dialog, and without it through a further interface.
-class JobListObject final : public PublicObject<k_genutil::_cJobListLoader, cJobListLoader>,
-                            public k_genutil::_JobListing {
+class JobListObject final
+    : public ExtendedObject<k_genutil::_cJobListLoader, cJobListLoader, k_genutil::_JobListing> {
 public:
-    explicit JobListObject(Component& component) : PublicObject(component), listing_(component) {}
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        return PublicObject::QueryInterface(iid, object);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return PublicObject::AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() override { return PublicObject::Release(); }
+    explicit JobListObject(Component& component) : ExtendedObject(component), listing_(component) {}
 
     HRESULT STDMETHODCALLTYPE LoadJobListForm(IDispatch** jobSelected, IDispatch** IHelp, IDispatch** prog,
         IDispatch** jobDetails, IDispatch** currentJob, IDispatch** mainForm, VARIANT_BOOL* showExt,
@@ -167,14 +220,6 @@ public:
     }
 
 private:
-    bool tellsErrorsOf(REFIID iid) const override {
-        return iid == k_genutil::iidOf<k_genutil::_JobListing> || PublicObject::tellsErrorsOf(iid);
-    }
-    void* find(REFIID iid) override {
-        return iid == k_genutil::iidOf<k_genutil::_JobListing> ? static_cast<k_genutil::_JobListing*>(this)
-                                                               : PublicObject::find(iid);
-    }
-
     JobListing listing_;
 };
 

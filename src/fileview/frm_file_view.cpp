@@ -39,6 +39,7 @@ frmFileView::frmFileView(Component& owner)
       mnu_SaveAs(*this, "mnu_SaveAs", "Save-&As", &mnu_File),
       mnu_Edit(*this, "mnu_Edit", "&External Editor", &mnu_File),
       mnu_Print(*this, "mnu_Print", "&Print ...", &mnu_File, "Ctrl+P"),
+      mnu_PrintPreview(*this, "mnu_PrintPreview", "Print Pre&view ...", &mnu_File, "Ctrl+Shift+P"),
       mnu_ExportPdf(*this, "mnu_ExportPdf", "Export to P&DF ...", &mnu_File),
       mnu_Break(*this, "mnu_Break", "-", &mnu_File), mnu_Close(*this, "mnu_Close", "&Close", &mnu_File),
       mnu_View(*this, "mnu_View", "&View"), mnu_Refresh(*this, "mnu_Refresh", "&Refresh", &mnu_View),
@@ -109,6 +110,10 @@ void frmFileView::connectMenus() {
             PrintFile();
     };
     on(mnu_Print.click, "mnu_Print_Click", print);
+    on(mnu_PrintPreview.click, "mnu_PrintPreview_Click", [this] {
+        if (settleChanges())
+            PrintPreview();
+    });
     on(mnu_ExportPdf.click, "mnu_ExportPdf_Click", [this] {
         if (settleChanges())
             ExportPdf();
@@ -235,6 +240,7 @@ void frmFileView::SetMenuOrButtons(bool open, bool edit, bool print) {
         mnu_OpenFile.enabled = open;
         mnu_Save.enabled = modified_ && edit;
         mnu_Print.enabled = hasFile && print;
+        mnu_PrintPreview.enabled = mnu_Print.enabled;
         mnu_ExportPdf.enabled = mnu_Print.enabled;
         mnu_SaveAs.visible = edit;
         mnu_SaveAs.enabled = hasFile && mnu_SaveAs.visible;

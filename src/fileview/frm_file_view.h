@@ -2,11 +2,11 @@
 
 #include "fileview/change_notice.h"
 #include "fileview/find_bar.h"
+#include "fileview/report_print.h"
 #include "fileview/view_modes.h"
 #include "fileview/viewer_status.h"
 #include "frame/dialog_form.h"
 #include "hostif/controls.h"
-#include "hostif/printer.h"
 #include "hostif/report_text.h"
 
 #include <cstdint>
@@ -31,8 +31,8 @@ public:
     // Result for the host.
     bool Cancelled = false;
 
-    MenuItem mnu_File, mnu_OpenFile, mnu_Save, mnu_SaveAs, mnu_Edit, mnu_Print, mnu_ExportPdf, mnu_Break,
-        mnu_Close;
+    MenuItem mnu_File, mnu_OpenFile, mnu_Save, mnu_SaveAs, mnu_Edit, mnu_Print, mnu_PrintPreview,
+        mnu_ExportPdf, mnu_Break, mnu_Close;
     MenuItem mnu_View, mnu_Refresh;
     // What users of viewers expect beyond the commands above.
     MenuItem mnu_Reload, mnu_BreakFind, mnu_Find, mnu_FindNext, mnu_FindPrevious, mnu_GoToLine;
@@ -82,6 +82,8 @@ public:
     // False when the user has cancelled. Otherwise the chosen printer is the current one.
     bool SelectPrinterSetProperties(PrintDialog& dialog);
     void PrintText();
+    // Shows the pages of the file as the current printer would print them; the user may go on to PrintFile().
+    void PrintPreview();
     // Prints the whole file into a PDF file that the user names.
     void ExportPdf();
 
@@ -141,13 +143,19 @@ private:
     std::optional<std::string> askSaveName();
     bool confirm(const std::string& question, Icon icon = Icon::Question);
     std::string readPlacementSetting();
-    // Says so when it is not.
+    // Say so when it is not, or when there is none.
     bool isPrintable();
+    Printer* printerOrMessage();
     // What the dialog proposes.
     PrintDialog dialogFor(Printer& printer, bool wide);
     static void setChosenPage(Printer& printer, PageSettings chosen);
     text::TextDocument textToPrint(bool selection);
-    void printAsChosen(Printer& printer, const PrintDialog& chosen, bool wide);
+    void printAsChosen(Printer& printer, const PrintDialog& chosen);
+    // True when the user wants to print.
+    bool previewOn(Printer& printer);
+    // What is printed is the file, not what the viewer holds of it.
+    text::TextDocument fileAsItIs();
+    PrintedReport reportOf(const text::TextDocument& document, PageOrientation orientation);
     WindowState viewState() const;
 
     FileFormat fileFormat_ = FileFormat::PlainText;

@@ -1,6 +1,7 @@
 #include "fileview/frm_file_view.h"
 
 #include "fileview/placement.h"
+#include "fileview/printed_file.h"
 #include "fileview/window_fit.h"
 #include "text/ascii.h"
 #include "text/rtf.h"
@@ -47,10 +48,7 @@ WindowState frmFileView::viewState() const {
 }
 
 frmFileView::FileFormat frmFileView::formatOf(std::string_view file) {
-    constexpr std::string_view extension = ".RTF";
-    const bool rich = file.size() >= extension.size() &&
-                      text::equalsIgnoringCase(file.substr(file.size() - extension.size()), extension);
-    return rich ? FileFormat::RichText : FileFormat::PlainText;
+    return isRichText(file) ? FileFormat::RichText : FileFormat::PlainText;
 }
 
 void frmFileView::DisplayFile() {
@@ -205,6 +203,7 @@ void frmFileView::openPath(const std::string& file) {
     const bool isShown = shownFile_ == file;
     mnu_SaveAs.enabled = isShown;
     mnu_Print.enabled = isShown;
+    mnu_PrintPreview.enabled = isShown;
     mnu_ExportPdf.enabled = isShown;
 }
 

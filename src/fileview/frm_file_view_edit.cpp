@@ -206,7 +206,8 @@ void frmFileView::runEditor() {
     // The commands that the session holds back; the text too, since the reload would overwrite what is typed.
     Observed<bool>* const held[] = {&cmdClose.enabled, &cmdEdit.enabled, &cmdPrint.enabled,
         &cmdSelect.enabled, &mnu_OpenFile.enabled, &mnu_Save.enabled, &mnu_SaveAs.enabled, &mnu_Edit.enabled,
-        &mnu_Print.enabled, &mnu_ExportPdf.enabled, &mnu_Reload.enabled, &status.cboEncoding.enabled};
+        &mnu_Print.enabled, &mnu_PrintPreview.enabled, &mnu_ExportPdf.enabled, &mnu_Reload.enabled,
+        &status.cboEncoding.enabled};
     std::vector<std::unique_ptr<Restored<bool>>> restored;
     for (Observed<bool>* each : held)
         restored.push_back(std::make_unique<Restored<bool>>(*each, false));

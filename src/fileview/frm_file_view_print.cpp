@@ -1,7 +1,9 @@
 #include "fileview/frm_file_view.h"
 
+#include "fileview/frm_print_preview.h"
 #include "fileview/frm_printing.h"
-#include "fileview/report_print.h"
+#include "fileview/printed_file.h"
+#include "fileview/report_printing.h"
 #include "text/letters.h"
 
 #include <algorithm>
@@ -12,11 +14,6 @@ namespace {
 
 constexpr const char* selectionFile = "k_seltxt.tmp";
 constexpr int mostPages = 9999; // what printer dialogs take
-
-text::TextDocument readText(FileSystem& files, const std::string& path, const std::string& encoding) {
-    const auto source = files.openFile(path);
-    return text::TextDocument::load(*source, files.codePages(), encoding);
-}
 
 int shownCount(std::size_t count) {
     return int(std::min<std::size_t>(count, mostPages));
@@ -52,7 +49,7 @@ void frmFileView::PrinterSetupAndGo() {
 
 bool frmFileView::isPrintable() {
     if (fileFormat_ == FileFormat::RichText)
-        desktop().ask({.text = "Rich text is not printed.", .icon = Icon::Information});
+        desktop().ask({.text = richTextIsNotPrinted, .icon = Icon::Information});
     return fileFormat_ == FileFormat::PlainText;
 }
 
@@ -68,17 +65,11 @@ void frmFileView::ExportPdf() {
         dialog.fileName = FileToView + ".pdf";
         if (!desktop().showSave(*this, dialog) || dialog.fileName.empty())
             return;
-        const auto stamp = component().files().stampOf(dialog.fileName);
-        const auto own = component().files().stampOf(FileToView);
-        if (stamp && own && stamp->device == own->device && stamp->file == own->file)
-            throw Error(errors::FileExists, "'" + dialog.fileName + "' is the report itself");
+        checkPdfTarget(component().files(), FileToView, dialog.fileName);
         const PointerScope hourglass(desktop(), Pointer::Hourglass);
-        const auto printer = desktop().pdfPrinter(dialog.fileName);
-        const bool wide = isWideReport(FileToView);
         PrintDialog whole;
-        whole.page.orientation = orientationFor(wide);
-        printer->setPage(whole.page);
-        printAsChosen(*printer, whole, wide);
+        whole.page.orientation = orientationFor(isWideReport(FileToView));
+        printAsChosen(*pdfPrinterFor(desktop(), dialog.fileName, whole.page.orientation), whole);
     });
 }
 
@@ -139,21 +130,16 @@ PrintDialog frmFileView::dialogFor(Printer& printer, bool wide) {
     PrintDialog dialog;
     dialog.flags = printflags::InformationContext;
     std::size_t pageCount = 1;
-    if (takesOrientation(printer)) {
-        PageSettings settings = printer.page();
-        settings.orientation = orientationFor(wide);
-        settings.paperSize = PageSettings::a4;
-        printer.setPage(settings);
+    if (setReportSheet(printer, wide)) {
         std::size_t linesPerPage = 1;
         PageDetails(pageCount, linesPerPage, 0, 0);
         const PrintedLines shown = allLines(*rtbViewText.document());
-        if (survey(shown).hasFormFeeds)
-            pageCount = countPages(shown, linesPerPage);
+        if (hasFormFeeds(shown))
+            pageCount = PagedLines(shown, linesPerPage).count();
         dialog.page = printer.page();
     } else {
-        const auto file = readText(component().files(), FileToView, rtbViewText.document()->encoding().name);
-        const PrintedLines lines = allLines(file);
-        pageCount = usualPageDetails(printer, lines.end + 2, orientationFor(wide)).pageCount;
+        const text::TextDocument file = fileAsItIs();
+        pageCount = usualPageDetails(printer, allLines(file).end + 2, orientationFor(wide)).pageCount;
         dialog.page.orientation = orientationFor(wide);
         dialog.page.paperSize = PageSettings::a4;
     }
@@ -163,59 +149,87 @@ PrintDialog frmFileView::dialogFor(Printer& printer, bool wide) {
     return dialog;
 }
 
+Printer* frmFileView::printerOrMessage() {
+    Printer* const printer = desktop().printer();
+    if (!printer)
+        desktop().ask({.text = "No printer available !!", .icon = Icon::Exclamation});
+    return printer;
+}
+
 void frmFileView::PrintText() {
     run("PrintText", [this] {
         const bool wide = isWideReport(FileToView);
-        Printer* const printer = desktop().printer();
-        if (!printer) {
-            desktop().ask({.text = "No printer available !!", .icon = Icon::Exclamation});
+        Printer* const printer = printerOrMessage();
+        if (!printer)
             return;
-        }
         printer->setFont(reportFont(wide));
         PrintDialog dialog = dialogFor(*printer, wide);
         if (SelectPrinterSetProperties(dialog))
-            printAsChosen(*printer, dialog, wide);
+            printAsChosen(*printer, dialog);
     });
+}
+
+void frmFileView::PrintPreview() {
+    run("PrintPreview", [this] {
+        const auto alive = shared_from_this();
+        if (FileToView.empty() || !isPrintable())
+            return;
+        Printer* const printer = printerOrMessage();
+        if (printer && previewOn(*printer))
+            PrintFile();
+    });
+}
+
+bool frmFileView::previewOn(Printer& printer) {
+    const PointerScope hourglass(desktop(), Pointer::Hourglass);
+    setReportSheet(printer, isWideReport(FileToView));
+    const text::TextDocument file = fileAsItIs();
+    const ReportPages pages(printer, reportOf(file, printer.page().orientation));
+    const auto preview = std::make_shared<frmPrintPreview>(component(), printer, pages, FileToView);
+    preview->Form_Setup(helpContextId, prog->get(program::ProgramFolder));
+    return preview->PrintChosen;
+}
+
+text::TextDocument frmFileView::fileAsItIs() {
+    return readReport(component().files(), FileToView, rtbViewText.document()->encoding().name);
+}
+
+PrintedReport frmFileView::reportOf(const text::TextDocument& document, PageOrientation orientation) {
+    return printedReport(component(), prog, *fileProcs_, FileToView, allLines(document), orientation);
 }
 
 text::TextDocument frmFileView::textToPrint(bool selection) {
     FileSystem& files = component().files();
     if (!selection)
-        return readText(files, FileToView, rtbViewText.document()->encoding().name);
+        return fileAsItIs();
     const auto scratch = files.makeScratchFile(selectionFile, rtbViewText.selectedText());
     if (!scratch->whyElsewhere().empty())
         desktop().ask({.text = "The selected text is printed by way of '" + scratch->path() + "':\n" +
                                scratch->whyElsewhere() + ".",
             .icon = Icon::Information});
-    return readText(files, scratch->path(), text::encodings::utf8);
+    return readReport(files, scratch->path(), text::encodings::utf8);
 }
 
-void frmFileView::printAsChosen(Printer& printer, const PrintDialog& chosen, bool wide) {
+void frmFileView::printAsChosen(Printer& printer, const PrintDialog& chosen) {
     const bool selection = (chosen.flags & printflags::Selection) != 0 && !rtbViewText.selection().isEmpty();
     const text::TextDocument document = textToPrint(selection);
-    PrintOrder order{.lines = allLines(document),
-        .header = pageHeader(prog->get(program::VersionText), FileToView,
-            fileProcs_->FileDate(FileToView, 0, true, 1), desktop().localTime()),
-        .font = reportFont(wide),
-        .orientation = chosen.page.orientation,
-        .copies = chosen.page.copies};
+    const ReportPages pages(printer, reportOf(document, chosen.page.orientation));
+    PrintRange range{.copies = chosen.page.copies};
     if (!selection && (chosen.flags & printflags::PageNumbers) != 0) {
         const auto [from, to] = std::minmax(chosen.fromPage, chosen.toPage);
-        order.fromPage = std::size_t(std::max(from, 1));
+        range.fromPage = std::size_t(std::max(from, 1));
         // The dialog's last page was estimated without margins: it stands for the last one that there is.
         if (to < chosen.maxPage)
-            order.toPage = std::size_t(std::max(to, 1));
+            range.toPage = std::size_t(std::max(to, 1));
     }
     PrintOutcome outcome;
     {
         const ProgressScope progress{std::make_shared<frmPrinting>(component(), FileToView)};
-        outcome = printReport(printer, order,
+        outcome = printReport(printer, pages, range,
             [&](std::size_t done, std::size_t total) { return progress.form->goesOn(done, total); });
     }
     if (outcome.end == PrintOutcome::End::BeyondLastPage)
-        desktop().ask({.text = "Nothing is printed: page " + std::to_string(outcome.fromPage) +
-                               " is beyond the last page, " + std::to_string(outcome.pageCount) + ".",
-            .icon = Icon::Exclamation});
+        desktop().ask({.text = beyondLastPage(outcome) + ".", .icon = Icon::Exclamation});
 }
 
 } // namespace genutil

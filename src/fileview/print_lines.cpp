@@ -6,67 +6,28 @@
 #include "text/utf8.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace genutil {
 namespace {
 
 constexpr char formFeed = '\f';
 
-// The pieces of a line between its form feeds.
+// The pieces of a line between its form feeds, each with the byte it begins at. What a form feed leaves empty
+// is no piece.
 template<class Act>
 void forEachPiece(std::string_view line, const Act& act) {
-    for (std::size_t begin = 0; begin <= line.size();) {
+    if (line.find(formFeed) == std::string_view::npos) {
+        act(line, std::size_t(0));
+        return;
+    }
+    for (std::size_t begin = 0; begin < line.size();) {
         const std::size_t end = std::min(line.find(formFeed, begin), line.size());
-        act(line.substr(begin, end - begin), begin > 0);
+        if (end > begin)
+            act(line.substr(begin, end - begin), begin);
         begin = end + 1;
     }
 }
-
-struct PageCounter : PageVisitor {
-    std::size_t pages = 0;
-    bool page(std::size_t number) override {
-        pages = number;
-        return true;
-    }
-    void line(std::string_view) override {}
-};
-
-// Where a walk stands. Pages are begun late, by what is put on them, so that none is left empty at the end.
-class Walk {
-public:
-    Walk(std::size_t linesPerPage, PageVisitor& visitor)
-        : linesPerPage_(std::max<std::size_t>(linesPerPage, 1)), visitor_(visitor) {}
-
-    // False once the visitor has had enough.
-    bool line(std::string_view line) {
-        if (linesOnPage_ == linesPerPage_ && pagesAhead_ == 0)
-            pagesAhead_ = 1;
-        if (!beginPages())
-            return false;
-        visitor_.line(line);
-        ++linesOnPage_;
-        return true;
-    }
-    void feed() {
-        if (page_ > 0)
-            ++pagesAhead_;
-    }
-    bool beginPages() {
-        for (pagesAhead_ = page_ == 0 ? 1 : pagesAhead_; pagesAhead_ > 0; --pagesAhead_) {
-            linesOnPage_ = 0;
-            if (!visitor_.page(++page_))
-                return false;
-        }
-        return true;
-    }
-
-private:
-    std::size_t linesPerPage_;
-    PageVisitor& visitor_;
-    std::size_t page_ = 0;
-    std::size_t linesOnPage_ = 0;
-    std::size_t pagesAhead_ = 0;
-};
 
 } // namespace
 
@@ -101,47 +62,70 @@ PrintedLines allLines(const text::TextDocument& document) {
     return {&document, 0, document.line(count - 1).empty() ? count - 1 : count};
 }
 
-void walkPages(const PrintedLines& lines, std::size_t linesPerPage, PageVisitor& visitor) {
-    Walk walk(linesPerPage, visitor);
-    bool goOn = true;
-    for (std::size_t i = lines.first; i < lines.end && goOn; ++i) {
-        const std::string_view line = lines.text->line(i);
-        const bool hasFeeds = line.find(formFeed) != std::string_view::npos;
-        forEachPiece(line, [&](std::string_view piece, bool behindFeed) {
-            if (!goOn)
-                return;
-            if (behindFeed)
-                walk.feed();
-            // What a form feed leaves empty is no line of its own.
-            if (!hasFeeds || !piece.empty())
-                goOn = walk.line(piece);
-        });
-    }
-    if (lines.first >= lines.end)
-        walk.beginPages();
-}
-
-std::size_t countPages(const PrintedLines& lines, std::size_t linesPerPage) {
-    PageCounter counter;
-    walkPages(lines, linesPerPage, counter);
-    return counter.pages;
-}
-
-LineSurvey survey(const PrintedLines& lines) {
-    std::size_t columns = 0;
-    LineSurvey result;
+PagedLines::PagedLines(const PrintedLines& lines, std::size_t linesPerPage) : lines_(lines) {
+    std::size_t linesOnPage = 0;
+    std::size_t feeds = 0; // since the last piece
     for (std::size_t i = lines.first; i < lines.end; ++i) {
-        forEachPiece(lines.text->line(i), [&](std::string_view piece, bool behindFeed) {
-            result.hasFormFeeds = result.hasFormFeeds || behindFeed;
-            if (!text::mayTakeMoreColumns(piece, columns))
-                return;
-            if (const std::size_t taken = text::columnsOf(piece); taken > columns) {
-                columns = taken;
-                result.widest = printedLine(piece).text;
+        const std::string_view line = lines.text->line(i);
+        std::size_t end = 0; // of the last piece; form feeds are all that lies between two
+        forEachPiece(line, [&](std::string_view piece, std::size_t byte) {
+            feeds += byte - std::exchange(end, byte + piece.size());
+            if (starts_.empty()) {
+                starts_.push_back({1, i, byte});
+            } else if (feeds > 0 || linesOnPage >= linesPerPage) {
+                count_ += std::max<std::size_t>(feeds, 1);
+                starts_.push_back({count_, i, byte});
+                linesOnPage = 0;
             }
+            feeds = 0;
+            ++linesOnPage;
         });
+        feeds += line.size() - end;
     }
-    return result;
+}
+
+void PagedLines::forEachLine(std::size_t page, const std::function<void(std::string_view)>& act) const {
+    const auto start = std::ranges::lower_bound(starts_, page, {}, &Start::page);
+    if (start == starts_.end() || start->page != page)
+        return;
+    const Start next = start + 1 == starts_.end() ? Start{0, lines_.end, 0} : *(start + 1);
+    const std::size_t end = next.byte > 0 ? next.line + 1 : next.line;
+    for (std::size_t i = start->line; i < end; ++i) {
+        const std::size_t from = i == start->line ? start->byte : 0;
+        const std::size_t to = i == next.line ? next.byte : std::string_view::npos;
+        forEachPiece(lines_.text->line(i).substr(from, to - from),
+            [&](std::string_view piece, std::size_t) { act(piece); });
+    }
+}
+
+bool hasFormFeeds(const PrintedLines& lines) {
+    for (std::size_t i = lines.first; i < lines.end; ++i)
+        if (lines.text->line(i).find(formFeed) != std::string_view::npos)
+            return true;
+    return false;
+}
+
+std::string widestLine(const PrintedLines& lines) {
+    // A whole text knows it, but for what form feeds make of its lines.
+    const text::WidestLine known = lines.text->widestLine();
+    if (known.index >= lines.first && known.index < lines.end) {
+        const std::string_view line = lines.text->line(known.index);
+        if (line.find(formFeed) == std::string_view::npos && text::columnsOf(line) == known.columns)
+            return printedLine(line).text;
+    }
+    std::string widest;
+    std::size_t columns = 0;
+    const auto look = [&](std::string_view piece, std::size_t) {
+        if (!text::mayTakeMoreColumns(piece, columns))
+            return;
+        if (const std::size_t taken = text::columnsOf(piece); taken > columns) {
+            columns = taken;
+            widest = piece;
+        }
+    };
+    for (std::size_t i = lines.first; i < lines.end; ++i)
+        forEachPiece(lines.text->line(i), look);
+    return printedLine(widest).text;
 }
 
 } // namespace genutil

@@ -4,9 +4,10 @@
 #include "text/text_document.h"
 
 #include <cstddef>
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // How the lines of a text fall on pages.
 namespace genutil {
@@ -22,27 +23,34 @@ struct PrintedLines {
 };
 PrintedLines allLines(const text::TextDocument& document);
 
-// What goes over pages one after another.
-class PageVisitor {
+// Where the lines fall. A page is begun by the first line, by the first one that finds `linesPerPage` lines
+// on the page, and by every form feed that something follows, but by none at the very start. A text without a
+// line has one empty page.
+class PagedLines {
 public:
-    virtual ~PageVisitor() = default;
-    // The next page, counted from 1. False ends the walk.
-    virtual bool page(std::size_t number) = 0;
-    // A line, or what a form feed leaves of it.
-    virtual void line(std::string_view line) = 0;
+    PagedLines(const PrintedLines& lines, std::size_t linesPerPage);
+
+    std::size_t count() const { return count_; }
+    // The lines of a page, counted from 1, or what form feeds leave of them.
+    void forEachLine(std::size_t page, const std::function<void(std::string_view line)>& act) const;
+
+private:
+    // A page that holds something. Those that only form feeds made are not kept.
+    struct Start {
+        std::size_t page;
+        std::size_t line;
+        std::size_t byte; // of the line
+    };
+    void put(std::size_t line, std::size_t byte, std::size_t pagesAhead);
+
+    PrintedLines lines_;
+    std::vector<Start> starts_;
+    std::size_t count_ = 1;
 };
 
-// A page is begun by the first line, by the first one that finds `linesPerPage` lines on the page, and by
-// every form feed that something follows, but by none at the very start.
-void walkPages(const PrintedLines& lines, std::size_t linesPerPage, PageVisitor& visitor);
+bool hasFormFeeds(const PrintedLines& lines);
 
-std::size_t countPages(const PrintedLines& lines, std::size_t linesPerPage);
-
-// What decides about the size of the font.
-struct LineSurvey {
-    std::string widest; // as it is printed
-    bool hasFormFeeds = false;
-};
-LineSurvey survey(const PrintedLines& lines);
+// What decides about the size of the font, as it is printed.
+std::string widestLine(const PrintedLines& lines);
 
 } // namespace genutil

@@ -30,10 +30,7 @@ std::size_t atLeastOne(double count) {
 } // namespace
 
 bool isWideReport(std::string_view file) {
-    constexpr std::string_view summary = ".SUM";
-    const bool isSummary = file.size() >= summary.size() &&
-                           text::equalsIgnoringCase(file.substr(file.size() - summary.size()), summary);
-    return isSummary || file.find(".&") != std::string_view::npos;
+    return text::endsWithIgnoringCase(file, ".SUM") || file.find(".&") != std::string_view::npos;
 }
 
 PageOrientation orientationFor(bool wide) {
@@ -69,6 +66,16 @@ bool takesOrientation(Printer& printer) {
     } catch (const std::exception&) {
         return false;
     }
+}
+
+bool setReportSheet(Printer& printer, bool wide) {
+    if (!takesOrientation(printer))
+        return false;
+    PageSettings settings = printer.page();
+    settings.orientation = orientationFor(wide);
+    settings.paperSize = PageSettings::a4;
+    printer.setPage(settings);
+    return true;
 }
 
 PageDetails pageDetails(

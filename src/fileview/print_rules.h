@@ -36,6 +36,9 @@ Margins marginsOn(const Printer& printer, PageOrientation orientation);
 
 // Turns the printer's orientation and looks whether that held. Errors mean that it did not.
 bool takesOrientation(Printer& printer);
+// Gives the printer the sheet that a report is printed on, A4. False for a printer that is not to be turned,
+// and stays as it is.
+bool setReportSheet(Printer& printer, bool wide);
 
 struct PageDetails {
     std::size_t pageCount = 1;

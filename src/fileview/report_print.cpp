@@ -1,8 +1,6 @@
 #include "fileview/report_print.h"
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
 
 namespace genutil {
 namespace {
@@ -22,60 +20,13 @@ public:
     }
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;
-    void end() { std::exchange(printer_, nullptr)->endDocument(); }
+    void end() {
+        printer_->endDocument();
+        printer_ = nullptr;
+    }
 
 private:
     Printer* printer_;
-};
-
-struct Layout {
-    Margins margins;
-    Font font;
-    std::size_t linesPerPage = 1;
-};
-
-// One copy of the pages of a range.
-class Copy : public PageVisitor {
-public:
-    Copy(Printer& printer, const Layout& layout, const PrintedLine& header, std::size_t from, std::size_t to,
-        std::function<bool()> beginPage)
-        : printer_(printer), layout_(layout), header_(header), from_(from), to_(to),
-          beginPage_(std::move(beginPage)) {}
-
-    bool page(std::size_t number) override {
-        if (number > to_)
-            return false;
-        printing_ = number >= from_;
-        if (!printing_)
-            return true;
-        if (!beginPage_())
-            return false;
-        printHeader();
-        return true;
-    }
-    void line(std::string_view line) override {
-        if (!printing_)
-            return;
-        printer_.setCurrent(layout_.margins.left, printer_.currentY());
-        printer_.printLine(printedLine(line));
-    }
-
-private:
-    void printHeader() {
-        printer_.setFont(headerFont(layout_.font));
-        printer_.setCurrent(layout_.margins.left, layout_.margins.top);
-        printer_.printLine(header_);
-        printer_.setFont(layout_.font);
-        printer_.setCurrent(layout_.margins.left, printer_.currentY() + printer_.textHeight(""));
-    }
-
-    Printer& printer_;
-    const Layout& layout_;
-    const PrintedLine& header_;
-    std::size_t from_;
-    std::size_t to_;
-    std::function<bool()> beginPage_;
-    bool printing_ = false;
 };
 
 // The lines that fit below a header and the blank line under it, at most those of the page without them.
@@ -91,50 +42,64 @@ std::size_t linesBelowHeader(Printer& printer, const Margins& margins, std::size
     return std::min(fitting, pageDetails(printer, lines, margins.top, bottomMargin).linesPerPage);
 }
 
-Layout layOut(Printer& printer, const PrintOrder& order) {
-    printer.setFont(order.font);
+} // namespace
+
+ReportPages::Layout ReportPages::layOut(Printer& printer, const PrintedReport& report) {
+    printer.setFont(report.font);
     Layout layout;
-    layout.margins = marginsOn(printer, order.orientation);
-    shrinkToFit(printer, survey(order.lines).widest, printer.scaleWidth() - layout.margins.left);
+    layout.margins = marginsOn(printer, report.orientation);
+    // The room of a line begins at the left margin: what passes the right edge of the paper would be lost.
+    shrinkToFit(printer, widestLine(report.lines), printer.scaleWidth() - layout.margins.left);
     layout.font = printer.font();
-    layout.linesPerPage = linesBelowHeader(printer, layout.margins, order.lines.end - order.lines.first);
+    layout.linesPerPage = linesBelowHeader(printer, layout.margins, report.lines.end - report.lines.first);
     return layout;
 }
 
-} // namespace
+ReportPages::ReportPages(Printer& printer, const PrintedReport& report)
+    : layout_(layOut(printer, report)), header_(printedLine(report.header)),
+      pages_(report.lines, layout_.linesPerPage) {}
 
-PrintOutcome printReport(Printer& printer, const PrintOrder& order, const PrintProgress& goOn) {
-    const Layout layout = layOut(printer, order);
-    const auto [asked, last] = std::minmax(order.fromPage, order.toPage);
+void ReportPages::print(Printer& printer, std::size_t page) const {
+    printer.setFont(headerFont(layout_.font));
+    printer.setCurrent(layout_.margins.left, layout_.margins.top);
+    printer.printLine(header_);
+    printer.setFont(layout_.font);
+    printer.setCurrent(layout_.margins.left, printer.currentY() + printer.textHeight(""));
+    pages_.forEachLine(page, [&](std::string_view line) {
+        printer.setCurrent(layout_.margins.left, printer.currentY());
+        printer.printLine(printedLine(line));
+    });
+}
+
+std::string beyondLastPage(const PrintOutcome& outcome) {
+    return "Nothing is printed: page " + std::to_string(outcome.fromPage) + " is beyond the last page, " +
+           std::to_string(outcome.pageCount);
+}
+
+PrintOutcome printReport(
+    Printer& printer, const ReportPages& pages, const PrintRange& range, const PrintProgress& goOn) {
+    const auto [asked, last] = std::minmax(range.fromPage, range.toPage);
     const std::size_t from = std::max<std::size_t>(asked, 1);
-    PrintOutcome outcome{.pageCount = countPages(order.lines, layout.linesPerPage), .fromPage = from};
-    if (from > outcome.pageCount) {
+    PrintOutcome outcome{.fromPage = from, .pageCount = pages.count()};
+    if (from > pages.count()) {
         outcome.end = PrintOutcome::End::BeyondLastPage;
         return outcome;
     }
-    const std::size_t to = std::min(last, outcome.pageCount);
-    const std::size_t total = (to - from + 1) * std::size_t(std::max(order.copies, 1));
-    const PrintedLine header = printedLine(order.header);
+    const std::size_t to = std::min(last, pages.count());
+    const std::size_t total = (to - from + 1) * std::size_t(std::max(range.copies, 1));
 
     Document document(printer);
-    std::size_t done = 0;
-    for (bool cancelled = false; done < total;) {
-        printer.setFont(layout.font);
-        Copy copy(printer, layout, header, from, to, [&] {
-            cancelled = !goOn(done, total);
-            if (cancelled)
-                return false;
-            if (done++ > 0)
-                printer.newPage();
-            return true;
-        });
-        walkPages(order.lines, layout.linesPerPage, copy);
-        if (cancelled) {
+    for (std::size_t done = 0; done < total; ++done) {
+        if (!goOn(done, total)) {
             outcome.end = PrintOutcome::End::Cancelled;
             return outcome;
         }
+        if (done > 0)
+            printer.newPage();
+        pages.print(printer, from + done % (to - from + 1));
     }
     document.end();
+    outcome.printed = total;
     return outcome;
 }
 

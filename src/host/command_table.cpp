@@ -4,6 +4,7 @@
 #include "host/job_commands.h"
 #include "host/ls_commands.h"
 #include "host/main_window.h"
+#include "host/print_command.h"
 #include "host/report_kinds.h"
 #include "host/settings_commands.h"
 #include "host/tour.h"
@@ -55,6 +56,15 @@ const std::vector<Command>& commandTable() {
                     "the external editor with its switches (else the one in the settings)"},
                 {"--modal", "", "show the viewer modally"}},
             runView},
+        {"print", "FILE", "print a report into a PDF file, without a screen",
+            {{"--pdf", "OUT", "the PDF file; one that is there is replaced when the new one is whole", 0, -1,
+                 true},
+                {"--pages", "A-B", "print these pages of the report only"},
+                {"--copies", "N", "print it N times, one whole copy after another (1)", 1, 999},
+                {"--lines", "A-B", "print these lines of the file only"},
+                {"--landscape", "", "print on sheets that lie (else chosen by the file name)"},
+                {"--portrait", "", "print on sheets that stand"}},
+            runPrint, Screen::Unused},
         {"jobs", "FOLDER", "list the jobs of a folder on the standard output",
             {{"--format", "FORMAT", "table (the usual one), tsv, csv or json"},
                 {"--sort", "COLUMN", "order by the column of this title; -COLUMN: the reverse order"},

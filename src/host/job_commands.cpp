@@ -64,8 +64,7 @@ int runJobs(const CommandLine& line, const HostPtr& host, ComponentAccess& compo
     } catch (const ComponentError& error) {
         if (error.number() != errors::InvalidCall)
             throw;
-        printProblem(QString::fromStdString(error.reason()) + "\nTry 'kestal --help'.");
-        return exit_codes::Usage;
+        return refuseCommandLine(QString::fromStdString(error.reason()));
     }
     const QString folder = QString::fromStdString(line.file);
     if (const QString fault = folderFault(folder); !fault.isEmpty()) {

@@ -16,11 +16,6 @@
 namespace kestal {
 namespace {
 
-int refuse(const char* rule) {
-    printProblem(QString(rule) + "\nTry 'kestal --help'.");
-    return exit_codes::Usage;
-}
-
 // Numbers without an exponent.
 std::string plainText(const VARIANT& value) {
     if (value.vt != VT_R8 && value.vt != VT_R4)
@@ -56,10 +51,11 @@ int runLsOptions(const CommandLine& line, const HostPtr& host, ComponentAccess& 
     const bool hasJob = line.has("--job");
     const int mode = line.number("--mode", hasJob ? ls_modes::JobAndSet : ls_modes::Preferences);
     if (hasJob != (mode != ls_modes::Preferences))
-        return refuse(hasJob ? "--mode 1 edits the preferences, which no --job has"
-                             : "the modes 2, 3 and 4 edit the options of a job: --job FILE is needed");
+        return refuseCommandLine(
+            hasJob ? "--mode 1 edits the preferences, which no --job has"
+                   : "the modes 2, 3 and 4 edit the options of a job: --job FILE is needed");
     if (line.has("--page") != (mode == ls_modes::Page))
-        return refuse("--page N is needed with --mode 2 and used with no other");
+        return refuseCommandLine("--page N is needed with --mode 2 and used with no other");
     component.editLsOptions(static_cast<std::int16_t>(mode),
         static_cast<std::int16_t>(line.number("--page", 0)), openedJob(line, *host));
     return exit_codes::Success;
@@ -67,7 +63,7 @@ int runLsOptions(const CommandLine& line, const HostPtr& host, ComponentAccess& 
 
 int dumpLsOptions(const CommandLine& line, const HostPtr& host) {
     if (line.has("--mode") || line.has("--page"))
-        return refuse(
+        return refuseCommandLine(
             "--dump writes the preferences or, with --job, the first header record: it takes neither "
             "--mode nor --page");
     const CurrentJob job = openedJob(line, *host);

@@ -1,5 +1,7 @@
 #include "host/output.h"
 
+#include "host/commands.h"
+
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -51,6 +53,11 @@ void printProblem(QString text) {
     const std::lock_guard lock(terminal);
     eraseNote();
     std::fprintf(stderr, "kestal: %s\n", text.toUtf8().constData());
+}
+
+int refuseCommandLine(const QString& rule) {
+    printProblem(rule + "\nTry 'kestal --help'.");
+    return exit_codes::Usage;
 }
 
 WaitingNote::WaitingNote(const char* work) {

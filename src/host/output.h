@@ -21,6 +21,9 @@ bool writeOutput(const std::string& text);
 /// Writes a problem to the standard error stream, without the characters in it that would command a terminal.
 void printProblem(QString text);
 
+/// The same for a command line that is wrong. Returns exit_codes::Usage.
+int refuseCommandLine(const QString& rule);
+
 /// While it lives, a terminal at the standard error stream shows what the program is doing and for how long,
 /// once that takes more than half a second. Nothing of it stays.
 class WaitingNote {

@@ -76,6 +76,7 @@ inline constexpr int Up = 38;
 inline constexpr int Down = 40;
 inline constexpr int Delete = 46;
 inline constexpr int A = 65;
+inline constexpr int P = 80;
 inline constexpr int F1 = 112;
 } // namespace key
 

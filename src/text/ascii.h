@@ -22,4 +22,8 @@ inline bool equalsIgnoringCase(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, {}, lower, lower);
 }
 
+inline bool endsWithIgnoringCase(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && equalsIgnoringCase(text.substr(text.size() - end.size()), end);
+}
+
 } // namespace genutil::text

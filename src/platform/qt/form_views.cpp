@@ -8,6 +8,7 @@
 #include "platform/qt/ls_options_window.h"
 #include "platform/qt/ls_save_options_window.h"
 #include "platform/qt/preferences_window.h"
+#include "platform/qt/print_preview_window.h"
 #include "platform/qt/printing_window.h"
 #include "platform/qt/progress_window.h"
 
@@ -29,6 +30,7 @@ FormViews standardFormViews() {
     return {
         {"frmProgress", make<ProgressWindow, frmProgress>},
         {"frmFileView", make<FileViewWindow, frmFileView>},
+        {"frmPrintPreview", make<PrintPreviewWindow, frmPrintPreview>},
         {"frmPrinting", make<PrintingWindow, frmPrinting>},
         {"frmJobList", make<JobListWindow, frmJobList>},
         {"frmLS_Options", make<LSOptionsWindow, frmLS_Options>},
