@@ -103,6 +103,21 @@ TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
             "A.mdb' has no table 'DataHeader'"},
         {"\"$kestal\" ls-options --dump --job nowhere.gdb", 1, "nowhere.gdb"},
         {"\"$kestal\" ls-options --dump --mode 1", 2, "neither --mode nor --page"},
+        {"seq 400 >a.log; \"$kestal\" print a.log --pdf a.pdf --pages 2-3 --copies 2 && "
+         "pdfinfo a.pdf | grep -Eq 'Pages: +4' && pdftotext -f 3 a.pdf - | grep -Em1 '^[0-9]+$' | grep -qx "
+         "73",
+            0, ""},
+        {"\"$kestal\" print a.log --pdf b.pdf --lines 399- --landscape && pdfinfo b.pdf | grep -q '842 x "
+         "595' "
+         "&& test \"$(pdftotext b.pdf - | grep -Ex '[0-9]+' | xargs)\" = '399 400'",
+            0, ""},
+        {"\"$kestal\" print a.log --pdf c.pdf --pages 3-2", 2, "A not above B, not '3-2'"},
+        {"\"$kestal\" print a.log --pdf c.pdf --lines 0", 2, "--lines must be A-B"},
+        {"\"$kestal\" print a.log --pdf c.pdf --landscape --portrait", 2, "exclude each other"},
+        {"\"$kestal\" print a.log --pdf c.pdf --pages 9-", 1, "page 9 is beyond the last page, 6"},
+        {"\"$kestal\" print a.log --pdf /dev/full", 1, "only regular files are"},
+        {"\"$kestal\" print a.log", 2, "--pdf is needed"},
+        {"test ! -e c.pdf", 0, ""},
     };
     for (const Case& each : cases) {
         const Outcome result = run(each.shell);

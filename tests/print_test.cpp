@@ -1,50 +1,17 @@
 #include "fileview/frm_printing.h"
-#include "fileview/report_print.h"
-#include "support/recording_printer.h"
-#include "support/viewer.h"
+#include "support/printing.h"
 
 #include <gmock/gmock.h>
 
 using namespace genutil;
+using fake::numbered;
+using fake::Printing;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace {
-
-std::string numbered(int first, int last) {
-    std::string lines;
-    for (int i = first; i <= last; ++i)
-        lines += "line " + std::to_string(i) + "\n";
-    return lines;
-}
-
-struct Printing : fake::Viewer {
-    fake::RecordingPrinter printer;
-
-    Printing() {
-        desktop.thePrinter = &printer;
-        desktop.time = 46000.375;
-        prog->put(program::VersionText, std::string("8.2"));
-        desktop.onPrint = [](PrintDialog&) { return true; };
-    }
-    // Shows the file, prints it, and tells the printer's document.
-    frmFileView& print(const std::string& name, const std::string& bytes) {
-        printer.pages.clear();
-        frmFileView& form = view(1, file(name, bytes));
-        form.mnu_Print.userChoose();
-        return form;
-    }
-    void askForPages(int from, int to) {
-        desktop.onPrint = [=](PrintDialog& dialog) {
-            dialog.flags |= printflags::PageNumbers;
-            dialog.fromPage = from;
-            dialog.toPage = to;
-            return true;
-        };
-    }
-};
 
 // 100 columns fit the printable width less the left margin in 9.4 points only of a landscape sheet.
 TEST_F(Printing, TakesSheetFontAndMarginsFromTheNameAndShrinksTheFontUntilTheWidestLineFits) {

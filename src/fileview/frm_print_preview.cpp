@@ -11,8 +11,8 @@ namespace {
 constexpr WindowChrome windowChrome{.width = 120, .height = 405};
 constexpr double stripHeight = 600;
 constexpr double controlHeight = 345;
-constexpr double margin = 120, gap = 75;
-constexpr double leastWidth = 10'200;
+constexpr double margin = 120, gap = 60;
+constexpr double leastWidth = 8700;
 
 // Percent of the sheet's real size, between those that go by the window.
 constexpr std::array zooms{50, 75, 100, 125, 150, 200, 300, 400};
@@ -128,9 +128,10 @@ void frmPrintPreview::layOut() {
         control.height = controlHeight;
         from += taken + gap;
     };
-    for (const auto& [control, taken] : std::initializer_list<std::pair<Control*, double>>{{&cmdFirst, 780},
-             {&cmdPrevious, 1050}, {&txtPage, 840}, {&lblPages, 1080}, {&cmdNext, 780}, {&cmdLast, 780},
-             {&lblZoom, 600}, {&cboZoom, 1500}, {&cmdPrint, 1050}, {&cmdClose, 900}})
+    const double pagesWidth = 150 + 105 * double(lblPages.caption.get().size());
+    for (const auto& [control, taken] : std::initializer_list<std::pair<Control*, double>>{{&cmdFirst, 660},
+             {&cmdPrevious, 960}, {&txtPage, 600}, {&lblPages, pagesWidth}, {&cmdNext, 660}, {&cmdLast, 660},
+             {&lblZoom, 525}, {&cboZoom, 1320}, {&cmdPrint, 960}, {&cmdClose, 780}})
         put(*control, taken);
     pagShown.left = 0;
     pagShown.top = stripHeight;

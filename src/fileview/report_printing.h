@@ -13,14 +13,14 @@ namespace genutil {
 
 // What of a report goes into a PDF file.
 struct PdfOrder {
-    std::string file; // full path
-    std::string pdfFile;
-    std::optional<PageOrientation> orientation; // else by the report's name
+    std::string file = {}; // full path
+    std::string pdfFile = {};
+    std::optional<PageOrientation> orientation = {}; // else by the report's name
     // Lines and pages are counted from 1, the first and the last one are printed, and in the wrong order they
     // are the same range. The pages are those that the lines make.
     std::size_t fromLine = 1;
     std::size_t toLine = std::numeric_limits<std::size_t>::max();
-    PrintRange range;
+    PrintRange range = {};
 };
 
 // Prints reports without the viewer and without asking.

@@ -31,6 +31,7 @@ public:
     double offsetPixels = 16;
     std::size_t failAtPage = 0; // fails when this page is begun
     int ended = 0, cancelled = 0;
+    std::vector<Page>* kept = nullptr; // where an ended document is kept longer than the printer
 
     std::vector<PrinterDevice> installed() override { return devices; }
     PrinterDevice device() const override { return current_; }
@@ -79,7 +80,11 @@ public:
         begin();
         x_ = y_ = 0;
     }
-    void endDocument() override { ++ended; }
+    void endDocument() override {
+        ++ended;
+        if (kept)
+            *kept = pages;
+    }
     void cancelDocument() override {
         ++cancelled;
         pages.clear();
