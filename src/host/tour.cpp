@@ -92,6 +92,7 @@ private:
     void viewer(const std::string& name, const std::string& file, std::int16_t mode, bool mayBeEmpty);
     void missingFile();
     void help();
+    void ofMenu(const std::string& name, const char* file, const QString& item);
     void instantHelp(MainWindow& main);
     void jobList(MainWindow& main);
     void problems(MainWindow& main);
@@ -146,6 +147,9 @@ bool Tour::run() {
         step(shot.name, [&] { viewer(shot.name, sample(shot.sample), shot.mode, false); });
     step("viewer-open", [&] { viewer("viewer-open", "", 24, true); });
     step("viewer-missing", [&] { missingFile(); });
+    step("print-preview", [&] { ofMenu("print-preview", "network.log", "mnu_PrintPreview"); });
+    step("print-preview-wide", [&] { ofMenu("print-preview-wide", "traverse.sum", "mnu_PrintPreview"); });
+    step("print", [&] { ofMenu("print", "network.log", "mnu_Print"); });
     step("help", [&] { help(); });
     return failures_ == 0;
 }
@@ -236,6 +240,33 @@ void Tour::help() {
         throw std::runtime_error(visitor.failure());
     if (!found)
         throw std::runtime_error("F1 in the viewer opens no help window");
+}
+
+// The modal window that an item of the viewer's menus opens.
+void Tour::ofMenu(const std::string& name, const char* file, const QString& item) {
+    std::string failure = "it opens no window";
+    const WindowVisitor visitor([&](QWidget& viewer) {
+        auto* const action = viewer.findChild<QAction*>(item);
+        if (!action)
+            throw std::runtime_error("the viewer's menus have no " + item.toStdString());
+        QTimer::singleShot(paintingTime, &viewer, [&] {
+            QWidget* const window = QApplication::activeModalWidget();
+            if (!window)
+                return;
+            try {
+                settle(paintingTime);
+                save(name, *window);
+                failure.clear();
+            } catch (const std::exception& error) {
+                failure = error.what();
+            }
+            window->close();
+        });
+        action->trigger();
+    });
+    component_.viewFile(sample(file), 25, true);
+    if (!visitor.failure().empty() || !failure.empty())
+        throw std::runtime_error(visitor.failure() + failure);
 }
 
 void Tour::instantHelp(MainWindow& main) {
