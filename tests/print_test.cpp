@@ -260,6 +260,13 @@ TEST_F(Printing, PrintsNothingWhereThereIsNothingToPrintOrNothingToPrintOn) {
             },
             {"No printer available !!"}},
         {"rich", [&] { print("a.rtf", "{\\rtf1 text}"); }, {"Rich text is not printed."}},
+        {"vanished",
+            [&] {
+                desktop.onPrint = [&](PrintDialog&) { return files.files.erase("/jobs/gone.log") == 1; };
+                print("gone.log", "text");
+                EXPECT_THAT(host.log, Contains(HasSubstr("gone.log")));
+            },
+            {}},
         {"dialog cancelled",
             [&] {
                 desktop.onPrint = nullptr;
