@@ -39,4 +39,12 @@ void bind(ReportView* view, ReportText& model);
 // Keeps the view where the control's own place and size are. A height of 0 is the view's natural one.
 void place(QWidget* view, Control& model);
 
+// Both.
+template<class View, class Model>
+View* bindPlaced(View* view, Model& model) {
+    bind(view, model);
+    place(view, model);
+    return view;
+}
+
 } // namespace genutil

@@ -49,19 +49,14 @@ InternalBrowserWindow::InternalBrowserWindow(const std::shared_ptr<frmInternal_B
     auto* page = makePageView(contents());
     bindPage(page, form->webHistory_viewer);
     place(page, form->webHistory_viewer);
-    const auto add = [this](auto* view, auto& model) {
-        bind(view, model);
-        place(view, model);
-        return view;
-    };
-    auto* label = add(new QLabel(contents()), form->lblFind);
-    auto* field = add(new QLineEdit(contents()), form->txtFind);
+    auto* label = bindPlaced(new QLabel(contents()), form->lblFind);
+    auto* field = bindPlaced(new QLineEdit(contents()), form->txtFind);
     field->setAccessibleName(QStringLiteral("Find"));
     label->setBuddy(field);
     for (Button* model : {&form->cmdFindNext, &form->cmdFindPrevious})
-        add(new QPushButton(contents()), *model)->setAutoDefault(false);
-    add(new QLabel(contents()), form->lblStatus);
-    add(new QPushButton(contents()), form->cmdClose);
+        bindPlaced(new QPushButton(contents()), *model)->setAutoDefault(false);
+    bindPlaced(new QLabel(contents()), form->lblStatus);
+    bindPlaced(new QPushButton(contents()), form->cmdClose);
     for (QAction* action : makePopUpMenu(this, form->mnuPage)->actions())
         if (!action->isSeparator())
             addAction(action);

@@ -11,18 +11,13 @@
 namespace genutil {
 
 PrintPreviewWindow::PrintPreviewWindow(const std::shared_ptr<frmPrintPreview>& form) : FormWindow(form) {
-    const auto add = [this](auto* view, auto& model) {
-        bind(view, model);
-        place(view, model);
-        return view;
-    };
     for (Button* model : {&form->cmdFirst, &form->cmdPrevious, &form->cmdNext, &form->cmdLast,
              &form->cmdPrint, &form->cmdClose})
-        add(new QPushButton(contents()), *model)->setAutoDefault(false);
-    add(new QLineEdit(contents()), form->txtPage)->setAccessibleName(QStringLiteral("Page"));
-    add(new QLabel(contents()), form->lblPages);
-    auto* zoomLabel = add(new QLabel(contents()), form->lblZoom);
-    zoomLabel->setBuddy(add(new QComboBox(contents()), form->cboZoom));
+        bindPlaced(new QPushButton(contents()), *model)->setAutoDefault(false);
+    bindPlaced(new QLineEdit(contents()), form->txtPage)->setAccessibleName(QStringLiteral("Page"));
+    bindPlaced(new QLabel(contents()), form->lblPages);
+    auto* zoomLabel = bindPlaced(new QLabel(contents()), form->lblZoom);
+    zoomLabel->setBuddy(bindPlaced(new QComboBox(contents()), form->cboZoom));
     place(new PrintedPageView(form->pagShown, contents()), form->pagShown);
 }
 

@@ -12,15 +12,10 @@ ProgressWindow::ProgressWindow(const std::shared_ptr<frmProgress>& form)
     : FormWindow(form, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
     setAttribute(Qt::WA_ShowWithoutActivating);
     setFixed();
-    for (Label* model : {&form->lblTitle, &form->lblProgress, &form->lblValue, &form->lbl0, &form->lbl100}) {
-        auto* label = new QLabel(contents());
-        bind(label, *model);
-        place(label, *model);
-    }
-    auto* gauge = new GaugeBar(contents());
-    gauge->setAccessibleName(QString::fromStdString(form->lblTitle.caption));
-    bind(gauge, form->pnlGauge);
-    place(gauge, form->pnlGauge);
+    for (Label* model : {&form->lblTitle, &form->lblProgress, &form->lblValue, &form->lbl0, &form->lbl100})
+        bindPlaced(new QLabel(contents()), *model);
+    bindPlaced(new GaugeBar(contents()), form->pnlGauge)
+        ->setAccessibleName(QString::fromStdString(form->lblTitle.caption));
 }
 
 } // namespace genutil
