@@ -2,25 +2,16 @@
 // nothing that is printed commands a printer, and no line passes the width that the font is fitted to.
 
 #include "fileview/print_lines.h"
+#include "require.h"
 #include "text/character_width.h"
 #include "text/control_mark.h"
 #include "text/utf8.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 using namespace genutil;
 
 namespace {
-
-#define REQUIRE(condition)                                                                                   \
-    do {                                                                                                     \
-        if (!(condition)) {                                                                                  \
-            std::fprintf(stderr, "line %d: %s\n", __LINE__, #condition);                                     \
-            std::abort();                                                                                    \
-        }                                                                                                    \
-    } while (false)
 
 void check(const PrintedLine& line, std::size_t mostColumns) {
     REQUIRE(text::columnsOf(line.text) <= mostColumns);

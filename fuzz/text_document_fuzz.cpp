@@ -1,6 +1,7 @@
 // Any bytes are a report, in any encoding, and any edits may follow. What the document says of its text is
 // held against a plain string that goes through the same edits, and what it writes against what was read.
 
+#include "require.h"
 #include "text/character_width.h"
 #include "text/letters.h"
 #include "text/search.h"
@@ -11,21 +12,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 using namespace genutil::text;
 
 namespace {
-
-#define REQUIRE(condition)                                                                                   \
-    do {                                                                                                     \
-        if (!(condition)) {                                                                                  \
-            std::fprintf(stderr, "line %d: %s\n", __LINE__, #condition);                                     \
-            std::abort();                                                                                    \
-        }                                                                                                    \
-    } while (false)
 
 struct Line {
     std::size_t begin;
