@@ -100,10 +100,9 @@ private:
     void writePlain(char character) {
         const bool isBlank = character == ' ';
         if (!isBlank || !afterBlank_)
-            writeCharacter({&character, 1});
-        else
-            ++column_;
+            writeGlyph(char32_t(character), 1);
         afterBlank_ = isBlank;
+        ++column_;
     }
 
     void writeCharacter(std::string_view character) {
@@ -165,7 +164,6 @@ private:
     // White on black, with a gap on all sides that tells them from each other.
     void writeMarks(std::string_view signs) {
         run_.paint();
-        afterBlank_ = false;
         const double gap = place_.columnWidth / 16;
         const std::size_t first = column_;
         QPainterPath boxes;
@@ -174,7 +172,7 @@ private:
         painter_.fillPath(boxes, Qt::black);
         painter_.setPen(Qt::white);
         for (const char sign : signs)
-            writeCharacter({&sign, 1});
+            writePlain(sign);
         run_.paint();
         painter_.setPen(Qt::black);
     }
