@@ -1,10 +1,9 @@
 #include "platform/qt/print_glyphs.h"
 
+#include "platform/qt/shaped_text.h"
 #include "text/character_width.h"
 
-#include <QGlyphRun>
 #include <QString>
-#include <QTextLayout>
 
 #include <algorithm>
 
@@ -42,19 +41,18 @@ const std::optional<PrintGlyphs::Glyph>& PrintGlyphs::of(char32_t character) {
 }
 
 std::optional<PrintGlyphs::Glyph> PrintGlyphs::lookUp(char32_t character) {
-    QTextLayout layout(QString::fromUcs4(&character, 1), font_);
-    layout.beginLayout();
-    layout.createLine();
-    layout.endLayout();
-    const QList<QGlyphRun> runs = layout.glyphRuns();
-    if (runs.size() != 1 || runs[0].glyphIndexes().size() != 1)
+    const ShapedText shaped(QString::fromUcs4(&character, 1), font_, fonts_[0]);
+    const QList<QGlyphRun>& runs = shaped.runs();
+    if (runs.size() != 1 || runs[0].glyphIndexes().size() != 1 || shaped.isPicture())
         return {};
+    const QRawFont font = runs[0].rawFont();
     const quint32 index = runs[0].glyphIndexes()[0];
-    const double width = runs[0].rawFont().advancesForGlyphIndexes({index}).value(0).x();
-    const double free = text::characterWidth(character) * columnWidth_ - width;
-    if (free < -tolerance)
+    const double free = text::characterWidth(character) * columnWidth_ - shaped.width();
+    const QRectF ink = font.boundingRect(index);
+    const bool isTooHigh = ink.top() < -fonts_[0].ascent() || ink.bottom() > fonts_[0].descent();
+    if (free < -tolerance || (isTooHigh && font != fonts_[0]))
         return {};
-    return Glyph{numberOf(runs[0].rawFont()), index, std::max(free / 2, 0.0)};
+    return Glyph{numberOf(font), index, std::max(free / 2, 0.0)};
 }
 
 std::size_t PrintGlyphs::numberOf(const QRawFont& font) {

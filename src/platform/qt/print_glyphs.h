@@ -23,7 +23,7 @@ public:
         quint32 index = 0;
         double shift = 0; // from the left of its columns to its origin, so that it stands in their middle
     };
-    // Nothing for a character that is several glyphs, or none, or too wide.
+    // Nothing for a character that is several glyphs, a picture, wider than its columns or higher than the line.
     const std::optional<Glyph>& of(char32_t character);
     const QRawFont& font(std::size_t number) const { return fonts_[number]; }
 

@@ -2,13 +2,13 @@
 
 #include "platform/qt/character_steps.h"
 #include "platform/qt/script_runs.h"
+#include "platform/qt/shaped_text.h"
 #include "text/character_width.h"
 #include "text/utf8.h"
 
 #include <QGlyphRun>
 #include <QPainter>
 #include <QPainterPath>
-#include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +18,7 @@
 namespace genutil {
 namespace {
 
+constexpr qsizetype keptPictures = 64; // a tenth of a megabyte each
 constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
 
 // A line's place on the paper.
@@ -69,8 +70,10 @@ private:
 
 class Writer {
 public:
-    Writer(QPainter& painter, const QFont& font, PrintGlyphs& glyphs, const Place& place)
-        : painter_(painter), font_(font), glyphs_(glyphs), place_(place), run_(painter, glyphs, place) {}
+    Writer(QPainter& painter, const QFont& font, PrintGlyphs& glyphs, QHash<QString, QImage>& pictures,
+        const Place& place)
+        : painter_(painter), font_(font), glyphs_(glyphs), pictures_(pictures), place_(place),
+          run_(painter, glyphs, place) {}
 
     // Up to the column, which need not be reached.
     void write(const PrintedLine& line, std::size_t columns) {
@@ -108,19 +111,21 @@ private:
     void writeCharacter(std::string_view character) {
         afterBlank_ = false;
         const std::size_t columns = text::columnsOf(character);
-        // Marks on nothing; only the first ones at a place could be told from others.
-        if (columns == 0 && bareMarks_ == column_)
-            return;
+        const QString shown = composed(character);
         if (columns == 0)
-            bareMarks_ = column_;
-        const text::DecodedCharacter first = text::decodeUtf8(character, 0);
-        if (columns > 0 && first.length == character.size())
-            writeGlyph(first.codePoint, columns);
-        else if (const QList<uint> shown = composed(character).toUcs4(); columns > 0 && shown.size() == 1)
-            writeGlyph(shown[0], columns);
+            writeBareMarks(shown);
+        else if (const QList<uint> points = shown.toUcs4(); points.size() == 1)
+            writeGlyph(points[0], columns);
         else
-            shape(composed(character), std::max<std::size_t>(columns, 1), Qt::AlignHCenter);
+            shape(shown, columns, Qt::AlignHCenter);
         column_ += columns;
+    }
+
+    // Marks without a letter stand on a blank; where there are many, the first ones are all that could be told.
+    void writeBareMarks(const QString& marks) {
+        if (bareMarks_ != column_)
+            shape(QChar(QChar::Nbsp) + marks, 1, Qt::AlignHCenter);
+        bareMarks_ = column_;
     }
 
     void writeGlyph(char32_t character, std::size_t columns) {
@@ -138,27 +143,30 @@ private:
         column_ += columns;
     }
 
-    // What is wider than its columns is squeezed into them, what is higher than the line is cut off.
     void shape(const QString& text, std::size_t columns, Qt::Alignment alignment) {
         run_.paint();
-        QTextLayout layout(text, font_);
-        QTextOption option;
-        option.setTextDirection(Qt::LeftToRight);
-        layout.setTextOption(option);
-        layout.beginLayout();
-        const QTextLine line = layout.createLine();
-        layout.endLayout();
-        const double width = line.naturalTextWidth();
         const QRectF cell = place_.cell(column_, columns);
-        const double free = cell.width() - width;
+        const ShapedText shaped(text, font_, glyphs_.font(0));
         painter_.save();
         painter_.setClipRect(cell, Qt::IntersectClip);
-        painter_.translate(cell.left() + (alignment == Qt::AlignHCenter ? std::max(free / 2, 0.0) : 0),
-            cell.top() + place_.ascent - line.ascent());
-        if (free < 0)
-            painter_.scale(cell.width() / width, 1);
-        layout.draw(&painter_, {});
+        if (shaped.isPicture())
+            paintPicture(text, shaped, cell);
+        else
+            shaped.paint(painter_, cell, place_.ascent, alignment);
         painter_.restore();
+    }
+
+    void paintPicture(const QString& text, const ShapedText& shaped, const QRectF& cell) {
+        QImage& picture = pictures_[text];
+        if (picture.isNull())
+            picture = shaped.picture();
+        QSizeF size = picture.size();
+        if (size.width() > cell.width() || size.height() > cell.height())
+            size.scale(cell.size(), Qt::KeepAspectRatio);
+        QRectF area({}, size);
+        area.moveCenter(cell.center());
+        painter_.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter_.drawImage(area, picture);
     }
 
     // White on black, with a gap on all sides that tells them from each other.
@@ -180,6 +188,7 @@ private:
     QPainter& painter_;
     const QFont& font_;
     PrintGlyphs& glyphs_;
+    QHash<QString, QImage>& pictures_;
     const Place& place_;
     Run run_;
     std::size_t column_ = 0;
@@ -205,7 +214,9 @@ void PrintInk::paint(QPainter& painter, const QPointF& at, double right, const P
         painter.setClipRect(QRectF(at, QPointF(right, at.y() + lineHeight())), Qt::IntersectClip);
     }
     const Place place{at, metrics_.ascent(), lineHeight(), columnWidth_};
-    Writer(painter, font_, glyphs_, place).write(line, std::size_t(columns));
+    if (pictures_.size() > keptPictures)
+        pictures_.clear();
+    Writer(painter, font_, glyphs_, pictures_, place).write(line, std::size_t(columns));
     if (mayPass)
         painter.restore();
 }
