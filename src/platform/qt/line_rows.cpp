@@ -114,8 +114,9 @@ void LineRows::paint(QPainter& painter, const TextRow& row, double x, double y, 
         } else {
             const std::string_view shown = line.substr(byte, after - byte);
             painter.drawText(QPointF(at, y + ruler_.ascent()),
-                nextCharacter(line, byte) == after ? composed(shown)
-                                                   : QString::fromUtf8(shown.data(), qsizetype(shown.size())));
+                nextCharacter(line, byte) == after
+                    ? composed(shown)
+                    : QString::fromUtf8(shown.data(), qsizetype(shown.size())));
         }
         byte = after;
     }

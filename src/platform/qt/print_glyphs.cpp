@@ -1,16 +1,14 @@
 #include "platform/qt/print_glyphs.h"
 
-#include "platform/qt/shaped_text.h"
 #include "text/character_width.h"
-
-#include <QString>
 
 #include <algorithm>
 
 namespace genutil {
 namespace {
 
-constexpr double tolerance = 0.5; // dots that hinting may add to a width
+constexpr qsizetype keptShapes = 128; // a tenth of a megabyte each when they are pictures
+constexpr double tolerance = 0.5;     // dots that hinting may add to a width
 
 } // namespace
 
@@ -41,18 +39,27 @@ const std::optional<PrintGlyphs::Glyph>& PrintGlyphs::of(char32_t character) {
 }
 
 std::optional<PrintGlyphs::Glyph> PrintGlyphs::lookUp(char32_t character) {
-    const ShapedText shaped(QString::fromUcs4(&character, 1), font_, fonts_[0]);
-    const QList<QGlyphRun>& runs = shaped.runs();
-    if (runs.size() != 1 || runs[0].glyphIndexes().size() != 1 || shaped.isPicture())
+    const ShapedText& look = shaped(QString::fromUcs4(&character, 1));
+    const QList<QGlyphRun>& runs = look.runs();
+    if (runs.size() != 1 || runs[0].glyphIndexes().size() != 1 || look.isPicture())
         return {};
     const QRawFont font = runs[0].rawFont();
     const quint32 index = runs[0].glyphIndexes()[0];
-    const double free = text::characterWidth(character) * columnWidth_ - shaped.width();
+    const double free = text::characterWidth(character) * columnWidth_ - look.width();
     const QRectF ink = font.boundingRect(index);
     const bool isTooHigh = ink.top() < -fonts_[0].ascent() || ink.bottom() > fonts_[0].descent();
     if (free < -tolerance || (isTooHigh && font != fonts_[0]))
         return {};
     return Glyph{numberOf(font), index, std::max(free / 2, 0.0)};
+}
+
+const ShapedText& PrintGlyphs::shaped(const QString& text) {
+    const auto known = shapes_.constFind(text);
+    if (known != shapes_.cend())
+        return *known;
+    if (shapes_.size() >= keptShapes)
+        shapes_.clear();
+    return *shapes_.insert(text, ShapedText(text, font_, fonts_[0]));
 }
 
 std::size_t PrintGlyphs::numberOf(const QRawFont& font) {

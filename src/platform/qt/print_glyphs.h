@@ -1,7 +1,11 @@
 #pragma once
 
+#include "platform/qt/shaped_text.h"
+
 #include <QFont>
+#include <QHash>
 #include <QRawFont>
+#include <QString>
 
 #include <array>
 #include <cstddef>
@@ -11,8 +15,8 @@
 
 namespace genutil {
 
-// The characters of a font that are one glyph no wider than their columns, looked up once each. A character that
-// the font lacks is a glyph of the font that stands in for it.
+// The characters of a font as glyphs, looked up once each. A character that the font lacks is a glyph of the
+// font that stands in for it.
 class PrintGlyphs {
 public:
     // In dots, like all lengths here.
@@ -23,8 +27,11 @@ public:
         quint32 index = 0;
         double shift = 0; // from the left of its columns to its origin, so that it stands in their middle
     };
-    // Nothing for a character that is several glyphs, a picture, wider than its columns or higher than the line.
+    // Nothing for a character that is several glyphs, a picture, wider than its columns or higher than the
+    // line: that one is to be shaped.
     const std::optional<Glyph>& of(char32_t character);
+    // Good until the next call.
+    const ShapedText& shaped(const QString& text);
     const QRawFont& font(std::size_t number) const { return fonts_[number]; }
 
 private:
@@ -37,6 +44,7 @@ private:
     std::vector<QRawFont> fonts_; // the font itself, then its stand-ins
     std::array<std::optional<Glyph>, 128> ascii_;
     std::unordered_map<char32_t, std::optional<Glyph>> others_;
+    QHash<QString, ShapedText> shapes_;
 };
 
 } // namespace genutil

@@ -2,7 +2,6 @@
 
 #include "platform/qt/character_steps.h"
 #include "platform/qt/script_runs.h"
-#include "platform/qt/shaped_text.h"
 #include "text/character_width.h"
 #include "text/utf8.h"
 
@@ -18,7 +17,6 @@
 namespace genutil {
 namespace {
 
-constexpr qsizetype keptPictures = 64; // a tenth of a megabyte each
 constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
 
 // A line's place on the paper.
@@ -70,10 +68,8 @@ private:
 
 class Writer {
 public:
-    Writer(QPainter& painter, const QFont& font, PrintGlyphs& glyphs, QHash<QString, QImage>& pictures,
-        const Place& place)
-        : painter_(painter), font_(font), glyphs_(glyphs), pictures_(pictures), place_(place),
-          run_(painter, glyphs, place) {}
+    Writer(QPainter& painter, PrintGlyphs& glyphs, const Place& place)
+        : painter_(painter), glyphs_(glyphs), place_(place), run_(painter, glyphs, place) {}
 
     // Up to the column, which need not be reached.
     void write(const PrintedLine& line, std::size_t columns) {
@@ -117,14 +113,15 @@ private:
         else if (const QList<uint> points = shown.toUcs4(); points.size() == 1)
             writeGlyph(points[0], columns);
         else
-            shape(shown, columns, Qt::AlignHCenter);
+            shape(shown, columns, true);
         column_ += columns;
     }
 
-    // Marks without a letter stand on a blank; where there are many, the first ones are all that could be told.
+    // Marks without a letter stand on a blank; where there are many, the first ones are all that could be
+    // told.
     void writeBareMarks(const QString& marks) {
         if (bareMarks_ != column_)
-            shape(QChar(QChar::Nbsp) + marks, 1, Qt::AlignHCenter);
+            shape(QChar(QChar::Nbsp) + marks, 1, true);
         bareMarks_ = column_;
     }
 
@@ -132,41 +129,20 @@ private:
         if (const auto& glyph = glyphs_.of(character))
             run_.add(*glyph, column_);
         else
-            shape(QString::fromUcs4(&character, 1), columns, Qt::AlignHCenter);
+            shape(QString::fromUcs4(&character, 1), columns, true);
     }
 
     // Letters that belong together begin on the first one's column and end before what follows.
     void writeScript(std::string_view letters) {
         afterBlank_ = false;
         const std::size_t columns = text::columnsOf(letters);
-        shape(QString::fromUtf8(letters.data(), qsizetype(letters.size())), columns, Qt::AlignLeft);
+        shape(QString::fromUtf8(letters.data(), qsizetype(letters.size())), columns, false);
         column_ += columns;
     }
 
-    void shape(const QString& text, std::size_t columns, Qt::Alignment alignment) {
+    void shape(const QString& text, std::size_t columns, bool isOne) {
         run_.paint();
-        const QRectF cell = place_.cell(column_, columns);
-        const ShapedText shaped(text, font_, glyphs_.font(0));
-        painter_.save();
-        painter_.setClipRect(cell, Qt::IntersectClip);
-        if (shaped.isPicture())
-            paintPicture(text, shaped, cell);
-        else
-            shaped.paint(painter_, cell, place_.ascent, alignment);
-        painter_.restore();
-    }
-
-    void paintPicture(const QString& text, const ShapedText& shaped, const QRectF& cell) {
-        QImage& picture = pictures_[text];
-        if (picture.isNull())
-            picture = shaped.picture();
-        QSizeF size = picture.size();
-        if (size.width() > cell.width() || size.height() > cell.height())
-            size.scale(cell.size(), Qt::KeepAspectRatio);
-        QRectF area({}, size);
-        area.moveCenter(cell.center());
-        painter_.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter_.drawImage(area, picture);
+        glyphs_.shaped(text).paint(painter_, place_.cell(column_, columns), place_.ascent, isOne);
     }
 
     // White on black, with a gap on all sides that tells them from each other.
@@ -186,9 +162,7 @@ private:
     }
 
     QPainter& painter_;
-    const QFont& font_;
     PrintGlyphs& glyphs_;
-    QHash<QString, QImage>& pictures_;
     const Place& place_;
     Run run_;
     std::size_t column_ = 0;
@@ -214,9 +188,7 @@ void PrintInk::paint(QPainter& painter, const QPointF& at, double right, const P
         painter.setClipRect(QRectF(at, QPointF(right, at.y() + lineHeight())), Qt::IntersectClip);
     }
     const Place place{at, metrics_.ascent(), lineHeight(), columnWidth_};
-    if (pictures_.size() > keptPictures)
-        pictures_.clear();
-    Writer(painter, font_, glyphs_, pictures_, place).write(line, std::size_t(columns));
+    Writer(painter, glyphs_, place).write(line, std::size_t(columns));
     if (mayPass)
         painter.restore();
 }

@@ -5,10 +5,7 @@
 
 #include <QFont>
 #include <QFontMetricsF>
-#include <QHash>
-#include <QImage>
 #include <QPointF>
-#include <QString>
 
 #include <string_view>
 
@@ -32,7 +29,6 @@ private:
     QFontMetricsF metrics_;
     double columnWidth_;
     PrintGlyphs glyphs_;
-    QHash<QString, QImage> pictures_; // of what has no outlines, one each
 };
 
 } // namespace genutil

@@ -10,7 +10,7 @@
 namespace genutil {
 namespace {
 
-constexpr std::size_t runSize = 1024; // bytes that are shaped together at most
+constexpr std::size_t runSize = 1024;  // bytes that are shaped together at most
 constexpr qsizetype composedSize = 32; // UTF-16 units of one character
 
 // Whether the character belongs to a run of a complex script without beginning one.
