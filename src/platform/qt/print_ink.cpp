@@ -81,7 +81,7 @@ public:
                 for (end = byte; mark != line.marks.end() && *mark == end && end - byte < columns; ++mark)
                     ++end;
                 writeMarks(text.substr(byte, end - byte));
-            } else if (end == byte + 1) {
+            } else if (end == byte + 1 && static_cast<unsigned char>(text[byte]) < 0x80) {
                 writePlain(text[byte]);
             } else if (isComplex(text::decodeUtf8(text, byte).codePoint)) {
                 end = scriptRunEnd(text, byte);
@@ -136,7 +136,10 @@ private:
     void writeScript(std::string_view letters) {
         afterBlank_ = false;
         const std::size_t columns = text::columnsOf(letters);
-        shape(QString::fromUtf8(letters.data(), qsizetype(letters.size())), columns, false);
+        if (columns == 0)
+            writeBareMarks(composed(letters));
+        else
+            shape(QString::fromUtf8(letters.data(), qsizetype(letters.size())), columns, false);
         column_ += columns;
     }
 
