@@ -1,6 +1,7 @@
 #include "platform/qt/character_steps.h"
 #include "platform/qt/line_ruler.h"
 #include "platform/qt/row_layout.h"
+#include "platform/qt/script_runs.h"
 #include "text/control_mark.h"
 #include "text/utf8.h"
 
@@ -13,76 +14,7 @@ namespace genutil {
 namespace {
 
 constexpr std::size_t measuredSize = 4096; // bytes: longer lines are not measured just for the bar's sake
-constexpr std::size_t runSize = 1024;      // bytes of a complex script that are shaped together at most
 constexpr std::size_t paintedSize = 65536; // bytes: a row of nothing but combining marks has no width
-constexpr std::size_t paintedMarks = 32;   // code points of one character
-
-// Scripts whose letters join, stack or change places, so that only a whole run of them looks right.
-bool isComplex(char32_t character) {
-    if (character < 0x0590)
-        return false;
-    switch (QChar::script(character)) {
-    case QChar::Script_Unknown:
-    case QChar::Script_Inherited:
-    case QChar::Script_Common:
-    case QChar::Script_Latin:
-    case QChar::Script_Greek:
-    case QChar::Script_Cyrillic:
-    case QChar::Script_Armenian:
-    case QChar::Script_Georgian:
-    case QChar::Script_Ethiopic:
-    case QChar::Script_Cherokee:
-    case QChar::Script_Hangul:
-    case QChar::Script_Han:
-    case QChar::Script_Hiragana:
-    case QChar::Script_Katakana:
-    case QChar::Script_Bopomofo:
-    case QChar::Script_Yi:
-        return false;
-    default:
-        return true;
-    }
-}
-
-// Whether the character belongs to a run of a complex script without beginning one.
-bool extendsRun(char32_t character) {
-    return character == 0x200C || character == 0x200D || QChar::isMark(character);
-}
-
-// A run of a complex script holds the single blanks between its words.
-std::size_t runEnd(std::string_view line, std::size_t begin) {
-    const std::size_t limit = std::min(line.size(), begin + runSize);
-    std::size_t end = begin;
-    for (std::size_t at = begin; at < limit;) {
-        const auto character = text::decodeUtf8(line, at);
-        const bool blank = character.codePoint == ' ' && at == end;
-        if (!blank && !isComplex(character.codePoint) && !extendsRun(character.codePoint))
-            break;
-        if (!blank && at != end && !isComplex(character.codePoint))
-            break; // a mark on the blank
-        at += character.length;
-        if (!blank)
-            end = at;
-    }
-    return end;
-}
-
-// The start of the run that may reach over the byte, or the byte itself.
-std::size_t runStart(std::string_view line, std::size_t byte) {
-    std::size_t start = byte;
-    bool blankBefore = false;
-    for (std::size_t at = byte; at > 0 && byte - at < runSize;) {
-        at = previousCodePoint(line, at);
-        const char32_t character = text::decodeUtf8(line, at).codePoint;
-        const bool blank = character == ' ';
-        if (isComplex(character))
-            start = at;
-        else if (blank ? blankBefore : !extendsRun(character))
-            break;
-        blankBefore = blank;
-    }
-    return start;
-}
 
 class LineRows : public RowLayout {
 public:
@@ -144,7 +76,7 @@ void LineRows::changed(const text::TextChange& change) {
 std::size_t LineRows::togetherFrom(std::string_view line, std::size_t begin, std::size_t end) {
     const char32_t first = text::decodeUtf8(line, begin).codePoint;
     if (isComplex(first))
-        return runEnd(line, begin);
+        return scriptRunEnd(line, begin);
     std::size_t byte = begin;
     while (byte < end && line[byte] != '\t') {
         const auto character = text::decodeUtf8(line, byte);
@@ -163,7 +95,7 @@ void LineRows::paint(QPainter& painter, const TextRow& row, double x, double y, 
     const TextInk& ink) {
     const std::string_view line = document().line(row.line);
     const std::size_t first =
-        runStart(line, characterStart(line, ruler_.spotAt(line, row.line, left - x).byte));
+        scriptRunStart(line, characterStart(line, ruler_.spotAt(line, row.line, left - x).byte));
     std::size_t last = ruler_.spotAt(line, row.line, right - x).byte;
     last = std::min({line.size(), last + text::decodeUtf8(line, last).length, first + paintedSize});
     if (!ruler_.isFixedPitch() && line.size() < measuredSize)
@@ -181,13 +113,10 @@ void LineRows::paint(QPainter& painter, const TextRow& row, double x, double y, 
             paintControlMark(painter, sign, QRectF(at, y, ruler_.columnWidth(), rowHeight()), ink);
         } else {
             const std::string_view shown = line.substr(byte, after - byte);
-            QString text = QString::fromUtf8(shown.data(), qsizetype(shown.size()));
-            if (nextCharacter(line, byte) == after && text.size() > 1) {
-                // A letter with marks looks best as the one that the font itself has.
-                text.truncate(qsizetype(paintedMarks));
-                text = text.normalized(QString::NormalizationForm_C);
-            }
-            painter.drawText(QPointF(at, y + ruler_.ascent()), text);
+            painter.drawText(QPointF(at, y + ruler_.ascent()),
+                nextCharacter(line, byte) == after
+                    ? composed(shown)
+                    : QString::fromUtf8(shown.data(), qsizetype(shown.size())));
         }
         byte = after;
     }
