@@ -116,7 +116,7 @@ TEST_F(Scheduler, TakesTheReportWhereItBelongsOnTheSheetWithAllItsSettings) {
     EXPECT_EQ(printer->page(), all);
     EXPECT_THAT(words("00002"), HasSubstr("<page width=\"1191.000000\" height=\"842.000000\">"));
     for (const char* part :
-        {"NET.SUM", "A3", "PhotoTray", "color", "two-sided-short-edge", "printer-resolution"})
+        {"NET.SUM", "A3", "PhotoTray", "RGB", "two-sided-short-edge", "printer-resolution"})
         EXPECT_THAT(job("00002"), HasSubstr(part));
     // What the printer has not.
     printer->setPage({.paperSize = 5, .paperBin = 2, .quality = 2400});

@@ -18,6 +18,16 @@ struct PaperSize {
     QMarginsF unprintable; // points, of an upright sheet
 };
 
+struct PaperSource {
+    std::int16_t number = 0; // as a paper size's
+    DriverChoice choice;
+};
+
+struct PrintResolution {
+    int dots = 0;     // per inch
+    std::string name; // the driver's, or empty
+};
+
 // What a printer can do.
 struct PrinterAbilities {
     std::vector<PaperSize> sizes; // never empty
@@ -26,7 +36,9 @@ struct PrinterAbilities {
     bool isPaper = false; // other than a file: its quality may be chosen
     bool hasColor = false;
     bool hasDuplex = false;
-    std::vector<int> resolutions; // dots per inch, rising
+    std::vector<PrintResolution> resolutions; // rising
+    std::string monochromeName;               // the driver's, or empty
+    std::string colorName;
 
     // What the printer keeps of the settings: the usual size for one that it has not, 0 in place of others.
     PageSettings possible(const PageSettings& settings) const;

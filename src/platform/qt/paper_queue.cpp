@@ -67,39 +67,6 @@ const QueueLibrary& queueLibrary() {
     return library;
 }
 
-struct KnownSource {
-    std::string_view choice;
-    std::int16_t number;
-};
-constexpr std::array knownSources{
-    KnownSource{"Upper", 1},
-    KnownSource{"Lower", 2},
-    KnownSource{"Middle", 3},
-    KnownSource{"Manual", 4},
-    KnownSource{"ManualFeed", 4},
-    KnownSource{"Envelope", 5},
-    KnownSource{"EnvelopeManual", 6},
-    KnownSource{"Auto", 7},
-    KnownSource{"AutoSelect", 7},
-    KnownSource{"Automatic", 7},
-    KnownSource{"Tractor", 8},
-    KnownSource{"SmallFormat", 9},
-    KnownSource{"LargeFormat", 10},
-    KnownSource{"LargeCapacity", 11},
-    KnownSource{"Cassette", 14},
-    KnownSource{"FormSource", 15},
-};
-constexpr int firstOwnNumber = 256;
-
-std::int16_t numberOf(const QByteArray& choice, const std::vector<PaperSource>& earlier) {
-    const auto known = std::ranges::find(
-        knownSources, std::string_view(choice.data(), std::size_t(choice.size())), &KnownSource::choice);
-    const auto own = std::int16_t(firstOwnNumber + earlier.size());
-    if (known == knownSources.end() || std::ranges::count(earlier, known->number, &PaperSource::number) > 0)
-        return own;
-    return known->number;
-}
-
 // "office/draft" is the printer "office" with the options that its user calls "draft".
 struct QueueName {
     QByteArray printer;
@@ -146,29 +113,29 @@ void addUsersOptions(const QueueLibrary& library, const QueueName& queue, JobOpt
 
 } // namespace
 
-std::vector<PaperSource> paperSources(const QString& printer) {
-    std::vector<PaperSource> sources;
-    if (!queueLibrary().isWhole)
-        return sources;
-    const char* const path = queueLibrary().driverFile(QueueName(printer).printer);
+DriverChoices driverChoices(const QString& printer) {
+    DriverChoices choices;
+    const char* const path =
+        queueLibrary().isWhole ? queueLibrary().driverFile(QueueName(printer).printer) : nullptr;
     if (!path)
-        return sources;
-    // A copy, or a link to the driver's.
+        return choices;
+    // A copy, or a link to the driver's. Of its lines "*Option Choice/Title: ..." are choices.
     QFile driver(QFile::decodeName(path));
     if (driver.open(QIODevice::ReadOnly))
         while (!driver.atEnd()) {
-            constexpr QByteArrayView keyword = "*InputSlot ";
             const QByteArray line = driver.readLine();
-            const qsizetype end = line.indexOf(':');
-            if (!line.startsWith(keyword) || end < 0)
+            const qsizetype blank = line.indexOf(' ');
+            const qsizetype colon = line.indexOf(':');
+            if (!line.startsWith('*') || blank < 0 || blank > colon)
                 continue;
-            const QByteArray entry = line.mid(keyword.size(), end - keyword.size()).trimmed();
+            const QByteArray entry = line.mid(blank, colon - blank).trimmed();
             const qsizetype slash = entry.indexOf('/');
-            const QByteArray choice = slash < 0 ? entry : entry.left(slash);
-            sources.push_back({numberOf(choice, sources), choice, QString::fromUtf8(entry.mid(slash + 1))});
+            choices[line.mid(1, blank - 1).toStdString()].push_back(
+                {(slash < 0 ? entry : entry.left(slash)).toStdString(),
+                    QString::fromUtf8(entry.mid(slash + 1))});
         }
     driver.remove();
-    return sources;
+    return choices;
 }
 
 void sendToQueue(const QString& printer, const QString& file, const QString& title, JobOptions options) {

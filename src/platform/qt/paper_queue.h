@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 
-#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -12,14 +10,13 @@
 // the program runs without it.
 namespace genutil {
 
-struct PaperSource {
-    std::int16_t number = 0; // that of printer drivers; from 256 on what only this printer has
-    QByteArray choice;       // the driver's name for it
-    QString title;           // the user's
+struct DriverChoice {
+    std::string name;
+    QString title; // the user's
 };
-
-// In the driver's order; none where the driver does not tell.
-std::vector<PaperSource> paperSources(const QString& printer);
+// What a printer's driver lets choose, by the name of the option; nothing where the driver does not tell.
+using DriverChoices = std::map<std::string, std::vector<DriverChoice>>;
+DriverChoices driverChoices(const QString& printer);
 
 // By the names of the Internet Printing Protocol or of the driver.
 using JobOptions = std::map<std::string, std::string>;

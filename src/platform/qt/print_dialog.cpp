@@ -183,6 +183,7 @@ QGroupBox* PrintWindow::makePagesGroup() {
     copies_->setObjectName("copies");
     copies_->setRange(1, mostCopies);
     copies_->setValue(given_.page.copies);
+    copies_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     form->addRow(tr("&Copies:"), copies_);
     return group;
 }
@@ -201,7 +202,9 @@ void PrintWindow::showPrinter() {
     abilities_ = abilitiesOf(device());
     const PageSettings page = abilities_.possible(wanted_);
     place_->setText(
-        isPdf(device()) ? tr("A file instead of a printer") : QString::fromStdString(device().driver));
+        isPdf(device())
+            ? tr("A file instead of a printer")
+            : QString::fromStdString(device().driver + (device().port.empty() ? "" : ", ") + device().port));
     file_->setEnabled(isPdf(device()));
     browse_->setEnabled(isPdf(device()));
     file_->setText(
@@ -217,7 +220,7 @@ void PrintWindow::showPrinter() {
     const Choice usual{0, tr("As the printer is set")};
     std::vector<Choice> sources{usual};
     for (const PaperSource& source : abilities_.sources)
-        sources.push_back({source.number, source.title});
+        sources.push_back({source.number, source.choice.title});
     offer(*source_, sources, page.paperBin);
     std::vector<Choice> sides{usual};
     if (abilities_.hasDuplex)
@@ -232,8 +235,8 @@ void PrintWindow::showPrinter() {
     if (abilities_.isPaper)
         qualities.insert(
             qualities.end(), {{-1, tr("Draft")}, {-2, tr("Low")}, {-3, tr("Medium")}, {-4, tr("High")}});
-    for (const int dots : abilities_.resolutions)
-        qualities.push_back({dots, tr("%1 dots per inch").arg(dots)});
+    for (const PrintResolution& resolution : abilities_.resolutions)
+        qualities.push_back({resolution.dots, tr("%1 dots per inch").arg(resolution.dots)});
     offer(*quality_, qualities, page.quality);
 }
 
