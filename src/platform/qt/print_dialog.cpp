@@ -25,7 +25,8 @@ namespace genutil {
 namespace {
 
 constexpr int mostCopies = 9999;
-constexpr int fileWidth = 32; // characters of a path that are seen at least
+constexpr int fileWidth = 32;   // characters of a path that are seen at least
+constexpr int choiceWidth = 24; // of a choice
 
 struct Choice {
     int number;
@@ -93,8 +94,10 @@ PrintWindow::PrintWindow(
     setWindowTitle(tr("Print"));
     auto* const column = new QVBoxLayout(this);
     column->addWidget(makePrinterGroup());
-    column->addWidget(makePaperGroup());
-    column->addWidget(makePagesGroup());
+    auto* const row = new QHBoxLayout;
+    row->addWidget(makePaperGroup(), 1);
+    row->addWidget(makePagesGroup());
+    column->addLayout(row);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Ok)->setText(tr("Print"));
     connect(buttons, &QDialogButtonBox::accepted, this, &PrintWindow::accept);
@@ -103,8 +106,10 @@ PrintWindow::PrintWindow(
     column->setSizeConstraint(QLayout::SetMinimumSize);
 
     const auto current = std::ranges::find(installed_, given.device.name, &PrinterDevice::name);
-    // A printer that is gone is not offered: the first one, which may be any, is.
-    printer_->setCurrentIndex(current == installed_.end() ? 0 : int(current - installed_.begin()));
+    // In place of a printer that is gone, no other one is printed on unasked: the PDF file, which is the
+    // last.
+    printer_->setCurrentIndex(
+        int(current == installed_.end() ? installed_.size() - 1 : std::size_t(current - installed_.begin())));
     showPrinter();
     connect(printer_, &QComboBox::currentIndexChanged, this, [this] {
         wanted_ = shownPage();
@@ -120,6 +125,7 @@ QGroupBox* PrintWindow::makePrinterGroup() {
         printer_->addItem(QString::fromStdString(device.name));
     place_ = new QLabel(group);
     place_->setTextFormat(Qt::PlainText);
+    place_->setWordWrap(true);
     form->addRow(tr("Type:"), place_);
     auto* const row = new QHBoxLayout;
     file_ = new QLineEdit(group);
@@ -193,7 +199,7 @@ QComboBox* PrintWindow::addChoice(QFormLayout& form, const QString& label, const
     box->setObjectName(name);
     // Names of printers and papers have no longest one.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    box->setMinimumContentsLength(fileWidth);
+    box->setMinimumContentsLength(choiceWidth);
     form.addRow(label, box);
     return box;
 }
