@@ -25,7 +25,8 @@ using testing::HasSubstr;
 
 namespace {
 
-// A scheduler of its own with one printer, "office", whose jobs wait in the folder "spool".
+// A scheduler of its own with a printer "office", whose jobs wait in the folder "spool", and one that takes
+// none.
 struct Scheduler : testing::Test {
     void SetUp() override {
         const QString program = QStandardPaths::findExecutable("cupsd", {"/usr/sbin", "/usr/bin"});
@@ -46,8 +47,11 @@ struct Scheduler : testing::Test {
             "root/cupsd.conf", "DirtyCleanInterval 0\nListen " + socket +
                                    "\nBrowsing Off\n<Location />\nAllow all\n"
                                    "</Location>\n<Policy default>\n<Limit All>\n</Limit>\n</Policy>\n");
-        folder.make("root/printers.conf", "<DefaultPrinter office>\nInfo Office\nDeviceURI file:///dev/null\n"
-                                          "State Stopped\nAccepting Yes\n</DefaultPrinter>\n");
+        std::filesystem::copy(GENUTIL_TEST_DATA "/office.ppd", folder.path / "root/ppd/closed.ppd");
+        folder.make("root/printers.conf",
+            "<Printer closed>\nDeviceURI file:///dev/null\nAccepting No\n</Printer>\n"
+            "<DefaultPrinter office>\nInfo Office\nDeviceURI file:///dev/null\n"
+            "State Stopped\nAccepting Yes\n</DefaultPrinter>\n");
         qputenv("CUPS_SERVER", socket.c_str());
         scheduler.setProcessChannelMode(QProcess::MergedChannels);
         scheduler.start(program, {"-f", "-c", QString::fromStdString(folder / "root/cupsd.conf"), "-s",
@@ -77,7 +81,7 @@ struct Scheduler : testing::Test {
     }
     PrintOutcome print(const PageSettings& page, const PrintProgress& goOn) {
         printer->setPage(page);
-        printer->setTitle("NET.SUM");
+        printer->setTitle("NET\n.SUM");
         const auto document = text::TextDocument::fromBytes("Traverse Summary\n");
         return printReport(*printer,
             {.lines = allLines(document),
@@ -95,7 +99,7 @@ struct Scheduler : testing::Test {
 
 TEST_F(Scheduler, TakesTheReportWhereItBelongsOnTheSheetWithAllItsSettings) {
     EXPECT_EQ(printer->device().name, "office");
-    ASSERT_EQ(printer->installed().size(), 2u) << "the printer and the PDF file";
+    ASSERT_EQ(printer->installed().size(), 3u) << "two printers and the PDF file";
     // The margins that cannot be printed on are 18 points at the left and 40 at the top; the one is taken
     // from the wanted margin, the other is more than that.
     print({}, always);
@@ -114,6 +118,7 @@ TEST_F(Scheduler, TakesTheReportWhereItBelongsOnTheSheetWithAllItsSettings) {
         .quality = 1200};
     print(all, always);
     EXPECT_EQ(printer->page(), all);
+    EXPECT_EQ(printer->physicalOffsetY() * printer->twipsPerPixelY(), 36 * 20) << "of either side";
     EXPECT_THAT(words("00002"), HasSubstr("<page width=\"1191.000000\" height=\"842.000000\">"));
     for (const char* part :
         {"NET.SUM", "A3", "PhotoTray", "RGB", "two-sided-short-edge", "printer-resolution"})
@@ -136,6 +141,8 @@ TEST_F(Scheduler, GetsNothingOfACancelledReportAndItsAbsenceIsAnErrorThatNamesTh
         }
         return std::string("success");
     };
+    printer->choose({"closed", "", ""});
+    EXPECT_THAT(failure(), HasSubstr("printer 'closed'"));
     printer->choose({"cellar", "", ""});
     EXPECT_THAT(failure(), HasSubstr("printer 'cellar'"));
     printer->choose({"office", "", ""});

@@ -76,7 +76,8 @@ public:
           document_("The document for the printer '" + printer_ + "' cannot be written") {}
     QPagedPaintDevice& device() override { return document_.writer(); }
     void setTitle(const std::string& title) override {
-        title_ = QString::fromStdString(title);
+        // A queue refuses control characters.
+        title_ = QString::fromStdString(title).removeIf([](QChar c) { return !c.isPrint(); });
         document_.writer().setTitle(title_);
     }
     void open() override {

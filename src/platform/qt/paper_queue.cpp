@@ -100,15 +100,17 @@ bool isSaidBy(const JobOptions& options, std::string_view name) {
     });
 }
 
-void addUsersOptions(const QueueLibrary& library, const QueueName& queue, JobOptions& options) {
+// False when there is no such printer.
+bool addUsersOptions(const QueueLibrary& library, const QueueName& queue, JobOptions& options) {
     Destination* const found = library.destination(nullptr, queue.printer, queue.instanceOrNone());
     if (!found)
-        return;
+        return false;
     const JobOptions given = options;
     for (int i = 0; i < found->optionCount; ++i)
         if (!isSaidBy(given, found->options[i].name))
             options.emplace(found->options[i].name, found->options[i].value);
     library.freeDestinations(1, found);
+    return true;
 }
 
 } // namespace
@@ -147,7 +149,8 @@ void sendToQueue(const QString& printer, const QString& file, const QString& tit
     if (!library.isWhole)
         fail("the system's printing library is missing");
     const QueueName queue(printer);
-    addUsersOptions(library, queue, options);
+    if (!addUsersOptions(library, queue, options))
+        fail("it is not there any more, or the scheduler of the system's printers does not answer");
     QueueOption* list = nullptr;
     int count = 0;
     for (const auto& [name, value] : options)
