@@ -82,7 +82,7 @@ struct Scheduler : testing::Test {
     PrintOutcome print(const PageSettings& page, const PrintProgress& goOn) {
         printer->setPage(page);
         printer->setTitle("NET\n.SUM");
-        const auto document = text::TextDocument::fromBytes("Traverse Summary\n");
+        const auto document = text::TextDocument::fromBytes("Traverse Summary\fPoints\n");
         return printReport(*printer,
             {.lines = allLines(document),
                 .header = "Kestal",
@@ -121,7 +121,7 @@ TEST_F(Scheduler, TakesTheReportWhereItBelongsOnTheSheetWithAllItsSettings) {
     EXPECT_EQ(printer->physicalOffsetY() * printer->twipsPerPixelY(), 36 * 20) << "of either side";
     EXPECT_THAT(words("00002"), HasSubstr("<page width=\"1191.000000\" height=\"842.000000\">"));
     for (const char* part :
-        {"NET.SUM", "A3", "PhotoTray", "RGB", "two-sided-short-edge", "printer-resolution"})
+        {"NET.SUM", "A3", "PhotoTray", "RGB", "two-sided-short-edge", "printer-resolution", "1200dpi"})
         EXPECT_THAT(job("00002"), HasSubstr(part));
     // What the printer has not.
     printer->setPage({.paperSize = 5, .paperBin = 2, .quality = 2400});
@@ -129,7 +129,7 @@ TEST_F(Scheduler, TakesTheReportWhereItBelongsOnTheSheetWithAllItsSettings) {
 }
 
 TEST_F(Scheduler, GetsNothingOfACancelledReportAndItsAbsenceIsAnErrorThatNamesThePrinter) {
-    print({}, [](std::size_t, std::size_t) { return false; });
+    print({}, [](std::size_t done, std::size_t) { return done == 0; });
     print({.orientation = PageOrientation::Landscape}, always);
     EXPECT_NE(job("00001"), "");
     EXPECT_EQ(job("00002"), "") << "the cancelled one";
@@ -171,8 +171,19 @@ TEST_F(Scheduler, IsAskedForThroughADialogThatKeepsAndGivesBackEverySetting) {
         return askForPrinter(nullptr, printer->installed(), dialog);
     };
     EXPECT_FALSE(answer([](QDialog& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
+    EXPECT_EQ(dialog.page, given.page);
     EXPECT_TRUE(answer([](QDialog& window) { QTest::keyClick(&window, Qt::Key_Return); }));
     EXPECT_EQ(dialog.page, given.page);
+    EXPECT_TRUE(answer([](QDialog& window) {
+        for (const char* name : {"size", "source", "sides", "color", "quality"})
+            window.findChild<QComboBox*>(name)->setCurrentIndex(1);
+        window.findChild<QComboBox*>("orientation")->setCurrentIndex(0);
+        window.findChild<QSpinBox*>("copies")->setValue(2);
+        QTest::keyClick(&window, Qt::Key_Return);
+    }));
+    EXPECT_EQ(dialog.page,
+        (PageSettings{
+            .paperSize = 8, .paperBin = 7, .colorMode = 1, .duplex = 1, .quality = -1, .copies = 2}));
     EXPECT_EQ(dialog.flags, given.flags);
 
     const std::string target = folder.make("report.pdf", "earlier");
@@ -190,7 +201,7 @@ TEST_F(Scheduler, IsAskedForThroughADialogThatKeepsAndGivesBackEverySetting) {
         }
     }));
     EXPECT_EQ(dialog.device.port, target);
-    EXPECT_EQ(dialog.page, (PageSettings{.orientation = PageOrientation::Landscape, .copies = 3}));
+    EXPECT_EQ(dialog.page, (PageSettings{.paperSize = 8, .copies = 2}));
     EXPECT_EQ(dialog.flags, printflags::InformationContext + printflags::PageNumbers);
     EXPECT_EQ(dialog.fromPage, 2);
 }
