@@ -66,6 +66,12 @@ TEST(PagedLines, FallOnTheSamePagesAsInAWalkThroughTheText) {
     }
 }
 
+TEST(PagedLines, TheWidestLineIsOneOfThoseThatArePrintedAndEndsAtAFormFeed) {
+    const auto document = text::TextDocument::fromBytes("aaaa\fbb\nccc\n");
+    EXPECT_EQ(widestLine(allLines(document)), "aaaa");
+    EXPECT_EQ(widestLine({&document, 1, 2}), "ccc");
+}
+
 TEST_F(Printing, ShowsItsPagesBeforeAnyIsPrinted) {
     const std::string report = numbered(1, 330);
     print("a.log", report);
@@ -116,6 +122,9 @@ TEST_F(Printing, ShowsItsPagesBeforeAnyIsPrinted) {
     EXPECT_EQ(dialogs, 1) << "it goes on to the printer dialog";
     EXPECT_EQ(printer.ended, 0);
     EXPECT_EQ(desktop.pointer(), Pointer::Default);
+    desktop.acts.push_back(
+        [&](Form& wide) { EXPECT_EQ(dynamic_cast<frmPrintPreview&>(wide).pagShown.sheetWidth, 16838); });
+    view(1, file("a.sum", report)).mnu_PrintPreview.userChoose();
     view(1, file("a.rtf", "{\\rtf1 text}")).mnu_PrintPreview.userChoose();
     EXPECT_EQ(desktop.messages.back().text, "Rich text is not printed.");
 }

@@ -73,10 +73,21 @@ TEST_F(Pdf, AppearsWholeOrNotAtAll) {
     EXPECT_THAT(folder.contents("report.pdf"), testing::StartsWith("%PDF"));
     EXPECT_EQ(folder.names().size(), 1u);
 
-    const auto nowhere = makePdfPrinter(folder / "missing/report.pdf");
-    EXPECT_THROW(nowhere->printLine({"text", {}}), Error);
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
-    EXPECT_THROW(makePdfPrinter(folder / "pipe")->printLine({"text", {}}), Error) << "only regular files";
+    for (const std::string& no :
+        {folder / "missing/report.pdf", folder / "pipe", folder / "", std::string("/dev/full")})
+        EXPECT_THROW(makePdfPrinter(no)->printLine({"text", {}}), Error) << no;
+    // A folder that goes while the file is written, and comes back.
+    std::filesystem::create_directory(folder / "stick");
+    const auto printer = makePdfPrinter(folder / "stick/report.pdf");
+    printer->printLine({"text", {}});
+    std::filesystem::remove_all(folder / "stick");
+    EXPECT_THROW(printer->endDocument(), Error);
+    std::filesystem::create_directory(folder / "stick");
+    printer->printLine({"text", {}});
+    printer->endDocument();
+    EXPECT_THAT(folder.contents("stick/report.pdf"), testing::StartsWith("%PDF"));
+    std::filesystem::remove_all(folder / "stick");
     // A disk that is full.
     folder.make("report.pdf", "earlier");
     struct rlimit whole {};

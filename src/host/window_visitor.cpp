@@ -22,6 +22,8 @@ QList<QPointer<QWidget>> visibleWindows() {
 }
 
 int runUntilClosed() {
+    // The toolkit counts no windows of forms, and would end the program with a message box.
+    QApplication::setQuitOnLastWindowClosed(false);
     const auto quitWithoutWindows = [] {
         if (visibleWindows().isEmpty())
             QApplication::quit();

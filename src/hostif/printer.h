@@ -79,6 +79,10 @@ public:
     virtual double twipsPerPixelX() const = 0;
     virtual double twipsPerPixelY() const = 0;
 
+    // What the next document is called in the printer's queue, or in a file's properties. No document must
+    // be begun.
+    virtual void setTitle(const std::string& /*title*/) {}
+
     virtual Font font() const = 0;
     virtual void setFont(const Font& font) = 0;
     // Of one line, and from one line to the next, in the current font. In a fixed-pitch font every character
