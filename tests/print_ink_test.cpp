@@ -71,13 +71,15 @@ struct Painted {
 };
 
 struct PrintInkPicture : testing::Test {
-    QImage blank{1600, 420, QImage::Format_RGB32};
-    const QPointF at{100, 120};
-    PrintInkPicture() {
-        blank.fill(Qt::white);
-        blank.setDotsPerMeterX(qRound(resolution / 0.0254));
-        blank.setDotsPerMeterY(blank.dotsPerMeterX());
+    static QImage blankPaper() {
+        QImage paper(1600, 420, QImage::Format_RGB32);
+        paper.fill(Qt::white);
+        paper.setDotsPerMeterX(qRound(resolution / 0.0254));
+        paper.setDotsPerMeterY(paper.dotsPerMeterX());
+        return paper;
     }
+    QImage blank = blankPaper();
+    const QPointF at{100, 120};
     PrintInk ink{toQFont(reportLike), &blank};
 
     Painted paint(const std::string& line, double right = 1500) {
@@ -104,7 +106,7 @@ TEST_F(PrintInkPicture, HasNoInkOutsideOfItsColumnsItsLineOrThePaper) {
         EXPECT_TRUE(columns.contains(found)) << piece.substr(0, 20) << ": " << found.left() << ' '
                                              << found.top() << ' ' << found.right() << ' ' << found.bottom();
         std::string endless;
-        while (endless.size() < 1'000'000)
+        while (endless.size() < 100'000)
             endless += piece;
         EXPECT_LE(paint(endless, 1000).ink.right(), 1000) << piece.substr(0, 20);
     }
@@ -113,9 +115,8 @@ TEST_F(PrintInkPicture, HasNoInkOutsideOfItsColumnsItsLineOrThePaper) {
 TEST_F(PrintInkPicture, PutsMarksOnTheirLettersAndReadsRightToLeftAsTheViewerDoes) {
     EXPECT_LT(paint("q\u0301").ink.top(), paint("q").ink.top() - 10);
     EXPECT_GT(paint("z\u0316").ink.bottom(), paint("z").ink.bottom() + 10);
-    const QRect column = QRectF(at, QSizeF(ink.width("x"), ink.lineHeight())).toRect();
-    EXPECT_EQ(paint("אב").image.copy(column), paint("ב").image.copy(column))
-        << "the first letter is on the right";
+    // The second letter is the left one: narrow, and it ends high above the line.
+    EXPECT_LT(paint("אי", at.x() + 40).ink.bottom(), paint("אי").ink.bottom() - 10);
 }
 
 } // namespace
