@@ -1,8 +1,8 @@
 #!/bin/bash
 # Prints the same report of 70,212 lines to PDF with kestal and with enscript and ps2pdf, in turns, and prints the
-# processor time (user and system), the time that passes and the peak memory, the least of all runs, with the ratio of
-# both times to kestal's. The toolkit's PDF writer alone (print_bench) is the floor. Then a report ten times as long: the
-# memory that it takes beyond its own text is to be the same.
+# processor time (user and system), the time that passes and the peak memory, the least times of all runs, with their
+# ratio to kestal's. The toolkit's PDF writer alone (print_bench) is the floor. Then the peak memory with a report ten
+# times as long, of which reading takes the text twice for a moment and printing a few megabytes whatever the length.
 #
 #   bench/print_peers.sh [RUNS]        5 without an argument
 #

@@ -115,6 +115,9 @@ private:
         else
             shape(shown, columns, true);
         column_ += columns;
+        // Those that are too many for one character are no character of their own.
+        if (shown.size() > 1)
+            bareMarks_ = column_;
     }
 
     // Marks without a letter stand on a blank; where there are many, the first ones are all that could be
@@ -141,6 +144,7 @@ private:
         else
             shape(QString::fromUtf8(letters.data(), qsizetype(letters.size())), columns, false);
         column_ += columns;
+        bareMarks_ = column_;
     }
 
     void shape(const QString& text, std::size_t columns, bool isOne) {
@@ -169,7 +173,7 @@ private:
     const Place& place_;
     Run run_;
     std::size_t column_ = 0;
-    std::size_t bareMarks_ = nowhere; // the column where there are some
+    std::size_t bareMarks_ = nowhere; // the column where there are enough
     bool afterBlank_ = true;
 };
 
