@@ -81,12 +81,12 @@ struct Scheduler : testing::Test {
     }
     PrintOutcome print(const PageSettings& page, const PrintProgress& goOn) {
         printer->setPage(page);
-        printer->setTitle("NET\n.SUM");
         const auto document = text::TextDocument::fromBytes("Traverse Summary\fPoints\n");
         const ReportPages pages(*printer, {.lines = allLines(document),
                                               .header = "Kestal",
                                               .font = reportFont(true),
-                                              .orientation = page.orientation});
+                                              .orientation = page.orientation,
+                                              .title = "NET\n.SUM"});
         return printReport(*printer, pages, {}, goOn);
     }
     static bool always(std::size_t, std::size_t) { return true; }

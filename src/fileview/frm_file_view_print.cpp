@@ -222,7 +222,6 @@ void frmFileView::printAsChosen(Printer& printer, const PrintDialog& chosen) {
         if (to < chosen.maxPage)
             range.toPage = std::size_t(std::max(to, 1));
     }
-    printer.setTitle(FileToView.substr(FileToView.find_last_of('/') + 1));
     PrintOutcome outcome;
     {
         const ProgressScope progress{std::make_shared<frmPrinting>(component(), FileToView)};

@@ -21,7 +21,8 @@ PrintedReport printedReport(Component& component, const RecordPtr& prog, FilePro
         .header = pageHeader(prog->get(program::VersionText), file, fileProcs.FileDate(file, 0, true, 1),
             component.desktop().localTime()),
         .font = reportFont(isWideReport(file)),
-        .orientation = orientation};
+        .orientation = orientation,
+        .title = file.substr(file.find_last_of('/') + 1)};
 }
 
 } // namespace genutil

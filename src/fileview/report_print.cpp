@@ -29,17 +29,14 @@ private:
     Printer* printer_;
 };
 
-// The lines that fit below a header and the blank line under it, at most those of the page without them.
+// The lines that fit below a header and the blank line under it.
 std::size_t linesBelowHeader(Printer& printer, const Margins& margins, std::size_t lines) {
     const Font report = printer.font();
     printer.setFont(headerFont(report));
     const double headerHeight = printer.textHeight("Test String");
     printer.setFont(report);
-    const double lineHeight = printer.textHeight("Test String");
-    const double blankLine = lineHeight;
-    const std::size_t fitting =
-        pageDetails(printer, lines, margins.top + headerHeight + blankLine, bottomMargin).linesPerPage;
-    return std::min(fitting, pageDetails(printer, lines, margins.top, bottomMargin).linesPerPage);
+    const double blankLine = printer.textHeight("Test String");
+    return pageDetails(printer, lines, margins.top + headerHeight + blankLine, bottomMargin).linesPerPage;
 }
 
 } // namespace
@@ -56,7 +53,7 @@ ReportPages::Layout ReportPages::layOut(Printer& printer, const PrintedReport& r
 }
 
 ReportPages::ReportPages(Printer& printer, const PrintedReport& report)
-    : layout_(layOut(printer, report)), header_(printedLine(report.header)),
+    : layout_(layOut(printer, report)), title_(report.title), header_(printedLine(report.header)),
       pages_(report.lines, layout_.linesPerPage) {}
 
 void ReportPages::print(Printer& printer, std::size_t page) const {
@@ -88,6 +85,7 @@ PrintOutcome printReport(
     const std::size_t to = std::min(last, pages.count());
     const std::size_t total = (to - from + 1) * std::size_t(std::max(range.copies, 1));
 
+    printer.setTitle(pages.title());
     Document document(printer);
     for (std::size_t done = 0; done < total; ++done) {
         if (!goOn(done, total)) {

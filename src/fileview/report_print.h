@@ -16,6 +16,7 @@ struct PrintedReport {
     std::string header;
     Font font; // its size is the largest that the lines may get
     PageOrientation orientation = PageOrientation::Portrait;
+    std::string title = "Report"; // of the document
 };
 
 // A report laid out for a printer as it is set, which leaves its font on the printer. A page holds as many
@@ -25,6 +26,7 @@ public:
     ReportPages(Printer& printer, const PrintedReport& report);
 
     std::size_t count() const { return pages_.count(); }
+    const std::string& title() const { return title_; }
     // Prints a page, counted from 1, on the printer's page.
     void print(Printer& printer, std::size_t page) const;
 
@@ -37,6 +39,7 @@ private:
     static Layout layOut(Printer& printer, const PrintedReport& report);
 
     Layout layout_;
+    std::string title_;
     PrintedLine header_;
     PagedLines pages_;
 };
