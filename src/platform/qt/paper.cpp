@@ -31,7 +31,6 @@ public:
         if (!file_.commit())
             fail();
     }
-    void giveUp() { file_.cancelWriting(); }
 
 private:
     [[noreturn]] void fail() {
@@ -60,7 +59,6 @@ public:
         document_.open(path_);
     }
     void finish() override { document_.finish(); }
-    void giveUp() override { document_.giveUp(); }
 
 private:
     QString path_;
@@ -88,7 +86,6 @@ public:
         document_.finish();
         sendToQueue(printer_, document_.path(), title_, options_);
     }
-    void giveUp() override { document_.giveUp(); }
 
 private:
     QString printer_;

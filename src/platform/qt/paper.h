@@ -21,10 +21,8 @@ public:
     virtual void setTitle(const std::string& title) = 0;
     // Before the document is painted.
     virtual void open() = 0;
-    // After it has been: it is printed, or is in its file.
+    // After it has been: it is printed, or is in its file. Without this, nothing remains of the document.
     virtual void finish() = 0;
-    // Without this and without finish(), nothing remains of the document either.
-    virtual void giveUp() = 0;
 };
 
 // Writes the file whole or not at all.

@@ -17,7 +17,7 @@ PrintGlyphs::PrintGlyphs(const QFont& font, double columnWidth)
     lookUpAscii();
 }
 
-// All of them at once: a font is made twice for every page.
+// All of them at once: a report needs nearly all.
 void PrintGlyphs::lookUpAscii() {
     QString all;
     for (char16_t c = ' '; c <= '~'; ++c)

@@ -13,7 +13,8 @@
 #include <QPainter>
 #include <QPrinterInfo>
 
-#include <optional>
+#include <algorithm>
+#include <list>
 #include <utility>
 
 namespace genutil {
@@ -71,7 +72,7 @@ public:
         if (font == font_)
             return;
         font_ = font;
-        ink_.emplace(toQFont(font_), &paper_->device());
+        takeInk();
     }
     double textWidth(const std::string& text) const override { return ink_->width(text) * twipsPerDot; }
     double textHeight(const std::string&) const override { return ink_->lineHeight() * twipsPerDot; }
@@ -112,7 +113,6 @@ public:
     void cancelDocument() override {
         if (!painter_)
             return;
-        paper_->giveUp();
         painter_->end();
         painter_.reset();
         renewPaper();
@@ -153,7 +153,15 @@ private:
                                 : makeQueuePaper(device_.name, abilities_.jobOptions(page_));
         paper_->device().setPageLayout(abilities_.layoutOf(page_));
         paper_->setTitle(title_);
-        ink_.emplace(toQFont(font_), &paper_->device());
+        inks_.clear();
+        takeInk();
+    }
+    // A page goes from one font to another and back: what was looked up in them is kept.
+    void takeInk() {
+        auto known = std::ranges::find(inks_, font_, &Ink::first);
+        if (known == inks_.end())
+            known = inks_.emplace(known, font_, PrintInk(toQFont(font_), &paper_->device()));
+        ink_ = &known->second;
     }
     void begin() {
         if (painter_)
@@ -169,6 +177,8 @@ private:
         throw Error(errors::DeviceError, "The printer '" + device_.name + "' " + what);
     }
 
+    using Ink = std::pair<Font, PrintInk>;
+
     PrinterDevice device_;
     std::string pdfPath_; // what the PDF file was last, or is if it is chosen
     bool hasOthers_;
@@ -178,7 +188,8 @@ private:
     Font font_{.name = "Courier New"};
     std::unique_ptr<Paper> paper_;
     std::unique_ptr<QPainter> painter_; // while a document is begun; goes before the paper
-    std::optional<PrintInk> ink_;
+    std::list<Ink> inks_;               // of this paper
+    PrintInk* ink_ = nullptr;
     double x_ = 0;
     double y_ = 0;
 };
