@@ -34,6 +34,10 @@ std::vector<PaperSize> sizesOf(const QPrinterInfo& info) {
     return result;
 }
 
+bool isGrade(int quality) {
+    return quality < 0 && quality >= lowestQuality;
+}
+
 struct KnownSource {
     std::string_view choice;
     std::int16_t number;
@@ -121,8 +125,8 @@ PageSettings PrinterAbilities::possible(const PageSettings& settings) const {
         kept.colorMode = 0;
     if (!hasDuplex || settings.duplex < 0 || settings.duplex > 3)
         kept.duplex = 0;
-    const bool isGrade = isPaper && settings.quality < 0 && settings.quality >= lowestQuality;
-    if (!isGrade && std::ranges::count(resolutions, settings.quality, &PrintResolution::dots) == 0)
+    const bool hasGrade = isPaper && isGrade(settings.quality);
+    if (!hasGrade && std::ranges::count(resolutions, settings.quality, &PrintResolution::dots) == 0)
         kept.quality = 0;
     return kept;
 }
@@ -160,7 +164,7 @@ JobOptions PrinterAbilities::jobOptions(const PageSettings& settings) const {
         add("printer-resolution", std::to_string(resolution->dots) + "dpi");
         add("Resolution", resolution->name);
     }
-    if (settings.quality < 0 && settings.quality >= lowestQuality)
+    if (isGrade(settings.quality))
         options["print-quality"] = grades.at(std::size_t(-settings.quality - 1));
     return options;
 }

@@ -76,20 +76,20 @@ void PrintedPageView::setRanges() {
     }
 }
 
-const QImage& PrintedPageView::picture(const QSize& wanted) {
+QImage PrintedPageView::picture(const QSize& wanted) {
     const double ratio = devicePixelRatioF();
     const double dots = double(wanted.width()) * wanted.height() * ratio * ratio;
     const double scale = ratio * std::min(1.0, std::sqrt(mostDots / std::max(1.0, dots)));
     const QSize size(std::max(1, int(wanted.width() * scale)), std::max(1, int(wanted.height() * scale)));
-    if (picture_.size() != size || picturePage_ != model_.page) {
-        const PagePicture painted = model_.picture(model_.page, size.width(), size.height());
-        picturePage_ = model_.page;
-        picture_ = painted.pixels.empty() ? QImage()
-                                          : QImage(reinterpret_cast<const uchar*>(painted.pixels.data()),
-                                                painted.width, painted.height, QImage::Format_RGB32)
-                                                .copy();
+    if (paintedSize_ != size || paintedPage_ != model_.page) {
+        paintedSize_ = size;
+        paintedPage_ = model_.page;
+        painted_ = model_.picture(paintedPage_, size.width(), size.height());
     }
-    return picture_;
+    if (painted_.pixels.empty())
+        return {};
+    return QImage(reinterpret_cast<const uchar*>(painted_.pixels.data()), painted_.width, painted_.height,
+        QImage::Format_RGB32);
 }
 
 void PrintedPageView::paintEvent(QPaintEvent*) {

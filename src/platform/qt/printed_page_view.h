@@ -27,7 +27,8 @@ private:
     double shownPercent() const;
     QSize sheetSize() const;
     void setRanges();
-    const QImage& picture(const QSize& wanted);
+    // Good until the next call.
+    QImage picture(const QSize& wanted);
     void zoomBy(int steps);
     // Further into the page, or on to the next one; back for negative steps.
     void advance(int steps, int length);
@@ -35,8 +36,9 @@ private:
 
     PrintedPage& model_;
     std::size_t shownPage_ = 0;
-    QImage picture_;
-    std::size_t picturePage_ = 0;
+    PagePicture painted_; // also one that has failed, which is not asked for again and again
+    QSize paintedSize_;
+    std::size_t paintedPage_ = 0;
     int wheelTurned_ = 0; // eighths of a degree, of a wheel that is about to turn the page
 };
 
