@@ -150,7 +150,9 @@ TEST_F(Scheduler, GetsNothingOfACancelledReportAndItsAbsenceIsAnErrorThatNamesTh
 }
 
 TEST_F(Scheduler, IsAskedForThroughADialogThatKeepsAndGivesBackEverySetting) {
-    PrintDialog dialog{.device = {"office", "", ""},
+    const std::string report = folder.make("a.log", "text");
+    PrintDialog dialog{.document = report,
+        .device = {"office", "", ""},
         .page = {.orientation = PageOrientation::Landscape,
             .paperBin = 4,
             .colorMode = 1,
@@ -167,7 +169,7 @@ TEST_F(Scheduler, IsAskedForThroughADialogThatKeepsAndGivesBackEverySetting) {
             ASSERT_TRUE(window);
             user(*window);
         });
-        return askForPrinter(nullptr, printer->installed(), dialog);
+        return printer->ask(nullptr, dialog);
     };
     EXPECT_FALSE(answer([](QDialog& window) { QTest::keyClick(&window, Qt::Key_Escape); }));
     EXPECT_EQ(dialog.page, given.page);
@@ -190,7 +192,15 @@ TEST_F(Scheduler, IsAskedForThroughADialogThatKeepsAndGivesBackEverySetting) {
         window.findChild<QSpinBox*>("from")->setValue(2);
         auto* const printers = window.findChild<QComboBox*>("printer");
         printers->setCurrentIndex(printers->findText("PDF file"));
-        window.findChild<QLineEdit*>("file")->setText(QString::fromStdString(target));
+        auto* const file = window.findChild<QLineEdit*>("file");
+        EXPECT_EQ(file->text().toStdString(), report + ".pdf");
+        file->setText(QString::fromStdString(report));
+        QTimer::singleShot(0, [] {
+            qobject_cast<QMessageBox*>(QApplication::activeModalWidget())->button(QMessageBox::Ok)->click();
+        });
+        window.accept();
+        EXPECT_NE(window.result(), QDialog::Accepted) << "the report itself";
+        file->setText(QString::fromStdString(target));
         for (const auto answered : {QMessageBox::No, QMessageBox::Yes}) {
             QTimer::singleShot(0, [answered] {
                 qobject_cast<QMessageBox*>(QApplication::activeModalWidget())->button(answered)->click();

@@ -111,6 +111,8 @@ TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
          "595' "
          "&& test \"$(pdftotext b.pdf - | grep -Ex '[0-9]+' | xargs)\" = '399 400'",
             0, ""},
+        {"printf %0400d 1 >w.log; \"$kestal\" print w.log --pdf w.pdf 2>&1 | grep -q 'longest has 400'", 0,
+            ""},
         {"\"$kestal\" print a.log --pdf c.pdf --pages 3-2", 2, "A not above B, not '3-2'"},
         {"\"$kestal\" print a.log --pdf c.pdf --lines 0", 2, "--lines must be A-B"},
         {"\"$kestal\" print a.log --pdf c.pdf --landscape --portrait", 2, "exclude each other"},

@@ -174,7 +174,7 @@ TEST_F(Printing, PrintsIntoAPdfFileWithoutAsking) {
             file(c.file, numbered(1, 330));
         host.log.clear();
         if (*c.refusal == 0) {
-            EXPECT_EQ(printing.PrintToPdf(order, prog), c.pages);
+            EXPECT_EQ(printing.PrintToPdf(order, prog).pages, c.pages);
         } else {
             EXPECT_THROW(printing.PrintToPdf(order, prog), Error) << c.refusal;
             EXPECT_THAT(host.log, Contains(HasSubstr(c.refusal)));

@@ -29,6 +29,11 @@ std::string textOf(const BSTR* text) {
     return k_genutil::toUtf8(*text);
 }
 
+void replace(BSTR* text, const std::string& by) {
+    k_genutil::Text written(by);
+    std::swap(*text, *written.inOut());
+}
+
 // Whether every argument that must be there has a place.
 template<class... Pointers>
 bool allGiven(const Pointers*... pointers) {
@@ -136,8 +141,9 @@ public:
     HRESULT STDMETHODCALLTYPE SetBlank() override { return blank(); }
 
     HRESULT STDMETHODCALLTYPE PrintToPdf(BSTR* FileToView, BSTR* pdfFile, IDispatch** prog, short orientation,
-        LONG fromLine, LONG toLine, LONG fromPage, LONG toPage, short copies, LONG* pages) override {
-        if (!allGiven(FileToView, pdfFile, prog, pages))
+        LONG fromLine, LONG toLine, LONG fromPage, LONG toPage, short copies, LONG* pages,
+        BSTR* cutOff) override {
+        if (!allGiven(FileToView, pdfFile, prog, pages, cutOff))
             return noPlace();
         return perform([&] {
             PdfOrder order{.file = textOf(FileToView),
@@ -149,7 +155,9 @@ public:
                 order.toLine = place(toLine, "line");
             if (toPage != 0)
                 order.range.toPage = place(toPage, "page");
-            *pages = LONG(printing_.PrintToPdf(order, recordOf(*prog, "prog")));
+            const auto printed = printing_.PrintToPdf(order, recordOf(*prog, "prog"));
+            replace(cutOff, printed.cutOff);
+            *pages = LONG(printed.pages);
         });
     }
 
@@ -212,9 +220,7 @@ public:
     HRESULT STDMETHODCALLTYPE Write(
         BSTR* format, BSTR* sortColumn, VARIANT_BOOL allColumns, BSTR* text) override {
         return allGiven(format, sortColumn, text) ? perform([&] {
-            k_genutil::Text written(
-                listing_.Write(textOf(format), textOf(sortColumn), allColumns != VARIANT_FALSE));
-            std::swap(*text, *written.inOut());
+            replace(text, listing_.Write(textOf(format), textOf(sortColumn), allColumns != VARIANT_FALSE));
         })
                                                   : noPlace();
     }

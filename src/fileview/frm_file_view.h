@@ -150,6 +150,8 @@ private:
     PrintDialog dialogFor(Printer& printer, bool wide);
     static void setChosenPage(Printer& printer, PageSettings chosen);
     text::TextDocument textToPrint(bool selection);
+    // Whether the user lets the paper's edge cut that off.
+    bool mayCutOff(const std::string& what);
     void printAsChosen(Printer& printer, const PrintDialog& chosen);
     // True when the user wants to print.
     bool previewOn(Printer& printer);

@@ -128,6 +128,7 @@ void frmFileView::setChosenPage(Printer& printer, PageSettings chosen) {
 
 PrintDialog frmFileView::dialogFor(Printer& printer, bool wide) {
     PrintDialog dialog;
+    dialog.document = FileToView;
     dialog.flags = printflags::InformationContext;
     std::size_t pageCount = 1;
     if (setReportSheet(printer, wide)) {
@@ -210,10 +211,21 @@ text::TextDocument frmFileView::textToPrint(bool selection) {
     return readReport(files, scratch->path(), text::encodings::utf8);
 }
 
+bool frmFileView::mayCutOff(const std::string& what) {
+    if (what.empty())
+        return true;
+    return desktop().ask({.text = what + ".\n\nPrint it so?",
+               .icon = Icon::Exclamation,
+               .buttons = Buttons::YesNo,
+               .defaultAnswer = Answer::Yes}) == Answer::Yes;
+}
+
 void frmFileView::printAsChosen(Printer& printer, const PrintDialog& chosen) {
     const bool selection = (chosen.flags & printflags::Selection) != 0 && !rtbViewText.selection().isEmpty();
     const text::TextDocument document = textToPrint(selection);
     const ReportPages pages(printer, reportOf(document, chosen.page.orientation));
+    if (!mayCutOff(pages.cutOff()))
+        return;
     PrintRange range{.copies = chosen.page.copies};
     if (!selection && (chosen.flags & printflags::PageNumbers) != 0) {
         const auto [from, to] = std::minmax(chosen.fromPage, chosen.toPage);

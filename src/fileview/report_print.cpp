@@ -1,6 +1,9 @@
 #include "fileview/report_print.h"
 
+#include "text/character_width.h"
+
 #include <algorithm>
+#include <cmath>
 
 namespace genutil {
 namespace {
@@ -39,6 +42,15 @@ std::size_t linesBelowHeader(Printer& printer, const Margins& margins, std::size
     return pageDetails(printer, lines, margins.top + headerHeight + blankLine, bottomMargin).linesPerPage;
 }
 
+std::string cutOffText(const Printer& printer, const std::string& widest, double room) {
+    if (printer.textWidth(widest) <= room)
+        return {};
+    const auto fitting = std::size_t(std::max(std::floor(room / printer.textWidth("x")), 0.0));
+    return "What lines have beyond " + std::to_string(fitting) +
+           " characters is cut off at the paper's right edge; the longest has " +
+           std::to_string(text::columnsOf(widest));
+}
+
 } // namespace
 
 ReportPages::Layout ReportPages::layOut(Printer& printer, const PrintedReport& report) {
@@ -46,8 +58,11 @@ ReportPages::Layout ReportPages::layOut(Printer& printer, const PrintedReport& r
     Layout layout;
     layout.margins = marginsOn(printer, report.orientation);
     // The room of a line begins at the left margin: what passes the right edge of the paper would be lost.
-    shrinkToFit(printer, widestLine(report.lines), printer.scaleWidth() - layout.margins.left);
+    const double room = printer.scaleWidth() - layout.margins.left;
+    const std::string widest = widestLine(report.lines);
+    shrinkToFit(printer, widest, room);
     layout.font = printer.font();
+    layout.cutOff = cutOffText(printer, widest, room);
     layout.linesPerPage = linesBelowHeader(printer, layout.margins, report.lines.end - report.lines.first);
     return layout;
 }

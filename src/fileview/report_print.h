@@ -27,6 +27,8 @@ public:
 
     std::size_t count() const { return pages_.count(); }
     const std::string& title() const { return title_; }
+    // What the paper's right edge cuts off, or nothing.
+    const std::string& cutOff() const { return layout_.cutOff; }
     // Prints a page, counted from 1, on the printer's page.
     void print(Printer& printer, std::size_t page) const;
 
@@ -35,6 +37,7 @@ private:
         Margins margins;
         Font font;
         std::size_t linesPerPage = 1;
+        std::string cutOff;
     };
     static Layout layOut(Printer& printer, const PrintedReport& report);
 

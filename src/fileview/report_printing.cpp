@@ -36,7 +36,7 @@ std::unique_ptr<Printer> pdfPrinterFor(
     return printer;
 }
 
-std::size_t ReportPrinting::PrintToPdf(const PdfOrder& order, const RecordPtr& prog) {
+ReportPrinting::Printed ReportPrinting::PrintToPdf(const PdfOrder& order, const RecordPtr& prog) {
     return run(
         "PrintToPdf",
         [&] {
@@ -55,7 +55,7 @@ std::size_t ReportPrinting::PrintToPdf(const PdfOrder& order, const RecordPtr& p
                 printReport(*printer, pages, order.range, [](std::size_t, std::size_t) { return true; });
             if (outcome.end == PrintOutcome::End::BeyondLastPage)
                 throw Error(errors::InvalidCall, beyondLastPage(outcome));
-            return outcome.printed;
+            return Printed{outcome.printed, pages.cutOff()};
         },
         "Function");
 }

@@ -28,9 +28,12 @@ class ReportPrinting : public LoaderBase {
 public:
     explicit ReportPrinting(Component& component) : LoaderBase(component, "cFileViewLoader") {}
 
-    // Writes the PDF file, whole or not at all, and answers with its number of pages. A range that holds
-    // nothing is refused with InvalidCall.
-    std::size_t PrintToPdf(const PdfOrder& order, const RecordPtr& prog);
+    struct Printed {
+        std::size_t pages = 0;
+        std::string cutOff; // what the paper's right edge has cut off, or nothing
+    };
+    // Writes the PDF file, whole or not at all. A range that holds nothing is refused with InvalidCall.
+    Printed PrintToPdf(const PdfOrder& order, const RecordPtr& prog);
 };
 
 // Throws when the PDF file would take the report's own place.

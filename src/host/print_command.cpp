@@ -64,6 +64,7 @@ int runPrint(const CommandLine& line, const HostPtr& host, ComponentAccess& comp
                                                         : byName;
     k_genutil::Text report(absolute(line.file)), pdf(absolute(line.options.at("--pdf")));
     auto prog = Ref<IDispatch>::share(host->prog.get());
+    k_genutil::Text cutOff;
     LONG printed = 0;
     const auto printing =
         component.create<k_genutil::_ReportPrinting>(k_genutil::classes::cFileViewLoader.progId);
@@ -71,8 +72,10 @@ int runPrint(const CommandLine& line, const HostPtr& host, ComponentAccess& comp
         const WaitingNote note("printing");
         component.check(
             printing->PrintToPdf(report.inOut(), pdf.inOut(), prog.inOut(), orientation, lines.from, lines.to,
-                pages.from, pages.to, short(line.number("--copies", 1)), &printed),
+                pages.from, pages.to, short(line.number("--copies", 1)), &printed, cutOff.inOut()),
             "Printing " + line.file);
+        if (const std::string lost = cutOff.utf8(); !lost.empty())
+            printProblem(QString::fromStdString(line.file + ": " + lost));
     } catch (const ComponentError& error) {
         printProblem(QString::fromStdString(error.reason()));
         return exit_codes::Failure;

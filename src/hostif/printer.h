@@ -117,6 +117,7 @@ inline constexpr std::int32_t InformationContext = 512;
 
 // What a printer dialog is given, and what the user has made of it.
 struct PrintDialog {
+    std::string document; // the file that is printed: no other one takes its place
     PrinterDevice device;
     PageSettings page;
     int fromPage = 1;

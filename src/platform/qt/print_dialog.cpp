@@ -19,7 +19,9 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace genutil {
 namespace {
@@ -284,6 +286,9 @@ bool PrintWindow::mayWriteFile() {
         return refuse("is not the name of a file.");
     if (!file.dir().exists())
         return refuse("would be in a folder that does not exist.");
+    std::error_code none;
+    if (std::filesystem::equivalent(file_->text().toStdString(), given_.document, none))
+        return refuse("is the report itself.");
     if (!file.exists() || file.absoluteFilePath() == replacedFile_)
         return true;
     return showMessage({.text = "'" + file_->text().toStdString() + "' exists already. Replace it?",

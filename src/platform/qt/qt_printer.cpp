@@ -137,7 +137,10 @@ public:
     }
 
     bool ask(QWidget* owner, PrintDialog& dialog) override {
-        if (!askForPrinter(owner, installed(), dialog))
+        std::vector<PrinterDevice> offered = installed();
+        if (!dialog.document.empty()) // the PDF file is the last one
+            offered.back().port = dialog.document + ".pdf";
+        if (!askForPrinter(owner, offered, dialog))
             return false;
         if (isPdf(dialog.device))
             pdfPath_ = dialog.device.port;
