@@ -48,7 +48,7 @@ TEST_F(Printing, TakesSheetFontAndMarginsFromTheNameAndShrinksTheFontUntilTheWid
         EXPECT_EQ(lines[1].y, lines[0].y + 5 * 24 + c.size * 24) << "header, then a blank line";
         EXPECT_EQ(desktop.messages.size(), c.columns == 500 ? 1u : 0u);
     }
-    EXPECT_THAT(desktop.messages.at(0).text, HasSubstr("beyond 180 characters is cut off"));
+    EXPECT_THAT(desktop.messages.at(0).text, HasSubstr("more than 180 characters are cut off"));
     desktop.answers = {Answer::No};
     print("job.log", std::string(500, 'x'));
     EXPECT_TRUE(printer.pages.empty()) << "rather not than without the end of the line";

@@ -46,8 +46,8 @@ std::string cutOffText(const Printer& printer, const std::string& widest, double
     if (printer.textWidth(widest) <= room)
         return {};
     const auto fitting = std::size_t(std::max(std::floor(room / printer.textWidth("x")), 0.0));
-    return "What lines have beyond " + std::to_string(fitting) +
-           " characters is cut off at the paper's right edge; the longest has " +
+    return "Lines of more than " + std::to_string(fitting) +
+           " characters are cut off at the paper's right edge; the longest has " +
            std::to_string(text::columnsOf(widest));
 }
 
