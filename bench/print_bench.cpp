@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr int resolution = 1200;
+constexpr int resolution = 1800;
 constexpr int linesPerPage = 77;
 constexpr double pointSize = 9;
 

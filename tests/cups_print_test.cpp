@@ -39,6 +39,8 @@ struct Scheduler : testing::Test {
         // The library reads once where the scheduler is.
         static const fake::FileFolder first;
         const std::string socket = first / "socket";
+        first.make("lpoptions", "Default office Duplex=DuplexNoTumble Resolution=300dpi\n");
+        qputenv("CUPS_SERVERROOT", first.path.c_str());
         folder.make("root/files.conf", "ServerRoot " + at + "/root\nStateDir " + at + "/state\nCacheDir " +
                                            at + "/cache\nRequestRoot " + at + "/spool\nTempDir " + at +
                                            "/spool/tmp\nAccessLog " + at + "/log\nPageLog " + at +
@@ -105,9 +107,10 @@ TEST_F(Scheduler, TakesTheReportWhereItBelongsOnTheSheetWithAllItsSettings) {
     EXPECT_EQ(printer->physicalOffsetX() * printer->twipsPerPixelX(), 18 * 20);
     EXPECT_THAT(words("00001"), HasSubstr("<page width=\"595.000000\" height=\"842.000000\">"));
     EXPECT_THAT(words("00001"), HasSubstr("xMin=\"41.3"));
-    EXPECT_THAT(words("00001"), HasSubstr("yMin=\"53.8"));
-    // The server's own choices, where the report has none.
-    EXPECT_THAT(job("00001"), Not(HasSubstr("two-sided")));
+    EXPECT_THAT(words("00001"), HasSubstr("yMin=\"53.79"));
+    // The user's own choices, where the report has none.
+    for (const char* own : {"DuplexNoTumble", "300dpi"})
+        EXPECT_THAT(job("00001"), HasSubstr(own));
 
     const PageSettings all{.orientation = PageOrientation::Landscape,
         .paperSize = 8,
@@ -122,6 +125,7 @@ TEST_F(Scheduler, TakesTheReportWhereItBelongsOnTheSheetWithAllItsSettings) {
     for (const char* part :
         {"NET.SUM", "A3", "PhotoTray", "RGB", "two-sided-short-edge", "printer-resolution", "1200dpi"})
         EXPECT_THAT(job("00002"), HasSubstr(part));
+    EXPECT_THAT(job("00002"), Not(HasSubstr("DuplexNoTumble")));
     // What the printer has not.
     printer->setPage({.paperSize = 5, .paperBin = 2, .quality = 2400});
     EXPECT_EQ(printer->page(), (PageSettings{.paperSize = 1}));
@@ -143,7 +147,7 @@ TEST_F(Scheduler, GetsNothingOfACancelledReportAndItsAbsenceIsAnErrorThatNamesTh
     printer->choose({"closed", "", ""});
     EXPECT_THAT(failure(), HasSubstr("printer 'closed'"));
     printer->choose({"cellar", "", ""});
-    EXPECT_THAT(failure(), HasSubstr("printer 'cellar'"));
+    EXPECT_THAT(failure(), HasSubstr("printer 'cellar' has not taken the document: it is not there"));
     printer->choose({"office", "", ""});
     stop();
     EXPECT_THAT(failure(), HasSubstr("printer 'office'"));
@@ -190,6 +194,7 @@ TEST_F(Scheduler, IsAskedForThroughADialogThatKeepsAndGivesBackEverySetting) {
     const std::string target = folder.make("report.pdf", "earlier");
     EXPECT_TRUE(answer([&](QDialog& window) {
         window.findChild<QSpinBox*>("from")->setValue(2);
+        window.findChild<QComboBox*>("orientation")->setCurrentIndex(1);
         auto* const printers = window.findChild<QComboBox*>("printer");
         printers->setCurrentIndex(printers->findText("PDF file"));
         auto* const file = window.findChild<QLineEdit*>("file");
@@ -210,7 +215,9 @@ TEST_F(Scheduler, IsAskedForThroughADialogThatKeepsAndGivesBackEverySetting) {
         }
     }));
     EXPECT_EQ(dialog.device.port, target);
-    EXPECT_EQ(dialog.page, (PageSettings{.paperSize = 8, .copies = 2}));
+    EXPECT_EQ(printer->installed().back().port, target);
+    EXPECT_EQ(
+        dialog.page, (PageSettings{.orientation = PageOrientation::Landscape, .paperSize = 8, .copies = 2}));
     EXPECT_EQ(dialog.flags, printflags::InformationContext + printflags::PageNumbers);
     EXPECT_EQ(dialog.fromPage, 2);
 }

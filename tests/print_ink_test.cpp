@@ -112,6 +112,11 @@ TEST_F(PrintInkPicture, HasNoInkOutsideOfItsColumnsItsLineOrThePaper) {
     }
 }
 
+TEST_F(PrintInkPicture, PutsANarrowLetterOfAnotherFontInTheMiddleOfItsColumn) {
+    for (const char* bar : {"❘", "❘́"})
+        EXPECT_NEAR(paint(bar).ink.center().x(), at.x() + ink.width("x") / 2, 4) << bar;
+}
+
 TEST_F(PrintInkPicture, PutsMarksOnTheirLettersAndReadsRightToLeftAsTheViewerDoes) {
     EXPECT_LT(paint("q\u0301").ink.top(), paint("q").ink.top() - 10);
     EXPECT_GT(paint("z\u0316").ink.bottom(), paint("z").ink.bottom() + 10);

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <QProcess>
+#include <QRegularExpression>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -35,7 +36,7 @@ struct Pdf : testing::Test {
         printer->setPage({.orientation = orientation});
         const auto document = text::TextDocument::fromBytes(text);
         const ReportPages pages(*printer, {.lines = allLines(document),
-                                              .header = "Kestal v8.2  -  /JOBS/A.LOG",
+                                              .header = pageHeader("8.2", "/jobs/a.log", 45365.5, 46350),
                                               .font = reportFont(false),
                                               .orientation = orientation});
         return printReport(*printer, pages, {}, goOn);
@@ -61,6 +62,43 @@ TEST_F(Pdf, HoldsTheReportOnA4InAnEmbeddedFixedPitchFontWithItsColumns) {
     EXPECT_THAT(text, HasSubstr("Point   Easting    \xC3\xA9\xE2\x82\xAC[[2J end"));
     EXPECT_THAT(text, HasSubstr("P99     1099"));
     EXPECT_EQ(QString::fromStdString(text).count("/JOBS/A.LOG"), qsizetype(outcome.pageCount));
+}
+
+TEST_F(Pdf, ReadsBackWithAHeaderOnEachPageAndEveryLineInTheSizeThatFits) {
+    QStringList report{QString(110, 'x')};
+    for (int i = 2; i <= 200; ++i)
+        report += QString("%1 of 200").arg(i);
+    const auto outcome = print(report.join('\n').toStdString(), PageOrientation::Portrait);
+    ASSERT_GE(outcome.pageCount, 3u);
+    const QString file = QString::fromStdString(path);
+    QStringList printed;
+    for (std::size_t page = 1; page <= outcome.pageCount; ++page) {
+        const QString number = QString::number(page);
+        QStringList lines = output("pdftotext", {"-layout", "-f", number, "-l", number, file, "-"})
+                                .split(QRegularExpression("[\n\f]"), Qt::SkipEmptyParts);
+        EXPECT_EQ(lines.takeFirst().simplified().toStdString(),
+            "Kestal v8.2 - /JOBS/A.LOG : 14 Mar 2024 12:00 - Date printed : Tuesday, 24 Nov 2026 00:00");
+        printed += lines;
+    }
+    EXPECT_EQ(printed, report);
+    // The width tells the size: 542 points of the sheet are between its margins, and a character of this
+    // font is as wide as six tenths of its size.
+    static const QRegularExpression word("xMin=\"([0-9.]+)\".*xMax=\"([0-9.]+)\".*>xxx");
+    const auto box = word.match(output("pdftotext", {"-bbox", file, "-"}));
+    const double width = box.captured(2).toDouble() - box.captured(1).toDouble();
+    EXPECT_NEAR(width / 110 / 0.6, 8.2, 0.02);
+}
+
+TEST_F(Pdf, PicturesItsSheetWithTheMarginsThatItKeepsFree) {
+    const auto printer = makePdfPrinter(path);
+    printer->setFont(reportFont(false));
+    // Two dots a point: the margins are 24 dots, and the block fills its column.
+    const PagePicture picture = printer->picture(1190, 1684, [&] { printer->printLine({"███", {}}); });
+    const auto dark = [&](int x) { return (picture.pixels.at(std::size_t(34 * 1190 + x)) & 255) < 128; };
+    EXPECT_FALSE(dark(22));
+    EXPECT_TRUE(dark(26));
+    EXPECT_TRUE(dark(24 + 3 * 11));
+    EXPECT_FALSE(dark(24 + 3 * 12));
 }
 
 TEST_F(Pdf, AppearsWholeOrNotAtAll) {

@@ -13,7 +13,8 @@ namespace genutil {
 // What goes wrong throws Error with DeviceError.
 class Paper {
 public:
-    static constexpr int dotsPerInch = 1200; // fine enough for any size of font
+    // The toolkit takes a font in whole dots: of these, every fifth of a point is five.
+    static constexpr int dotsPerInch = 1800;
 
     virtual ~Paper() = default;
     virtual QPagedPaintDevice& device() = 0;
