@@ -20,6 +20,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <csignal>
+
 using namespace genutil;
 using testing::HasSubstr;
 
@@ -149,6 +151,14 @@ TEST_F(Scheduler, GetsNothingOfACancelledReportAndItsAbsenceIsAnErrorThatNamesTh
     printer->choose({"cellar", "", ""});
     EXPECT_THAT(failure(), HasSubstr("printer 'cellar' has not taken the document: it is not there"));
     printer->choose({"office", "", ""});
+    // One that hangs is not waited for without end, and nothing else waits for it again.
+    QElapsedTimer waiting;
+    waiting.start();
+    ::kill(pid_t(scheduler.processId()), SIGSTOP);
+    EXPECT_THAT(failure(), HasSubstr("printer 'office' has not taken the document: the scheduler"));
+    EXPECT_EQ(printer->installed().size(), 1u) << "the PDF file";
+    EXPECT_LT(waiting.elapsed(), 9'000);
+    ::kill(pid_t(scheduler.processId()), SIGCONT);
     stop();
     EXPECT_THAT(failure(), HasSubstr("printer 'office'"));
 }

@@ -103,7 +103,7 @@ bool frmFileView::SelectPrinterSetProperties(PrintDialog& dialog) {
                 [&](const PrinterDevice& device) { return text::upperCased(device.name) == chosen; });
             if (found == installed.end())
                 throw Error(errors::DeviceError,
-                    "The printer '" + dialog.device.name + "' is not installed any more");
+                    "The printer '" + dialog.device.name + "' is not installed any more, or does not answer");
             printer.choose(*found);
             setChosenPage(printer, dialog.page);
             return true;

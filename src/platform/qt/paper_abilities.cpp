@@ -171,8 +171,9 @@ JobOptions PrinterAbilities::jobOptions(const PageSettings& settings) const {
 
 PrinterAbilities abilitiesOf(const PrinterDevice& device) {
     PrinterAbilities abilities;
-    const QPrinterInfo info =
-        isPdf(device) ? QPrinterInfo() : QPrinterInfo::printerInfo(QString::fromStdString(device.name));
+    const QPrinterInfo info = isPdf(device) || !schedulerAnswers()
+                                  ? QPrinterInfo()
+                                  : QPrinterInfo::printerInfo(QString::fromStdString(device.name));
     if (!info.isNull()) {
         abilities.sizes = sizesOf(info);
         DriverChoices choices = driverChoices(info.printerName());

@@ -53,7 +53,7 @@ private:
 inline constexpr const char* pdfDevice = "PDF file";
 bool isPdf(const PrinterDevice& device);
 
-// Of a printer that is not there any more: A4 and the usual margins.
+// Of a printer that is not there any more, or does not answer: A4 and the usual margins.
 PrinterAbilities abilitiesOf(const PrinterDevice& device);
 
 } // namespace genutil

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <string_view>
 
 namespace genutil {
@@ -35,18 +36,31 @@ struct QueueLibrary {
     int (*printFile)(const char* printer, const char* file, const char* title, int, QueueOption*) = nullptr;
     const char* (*lastError)() = nullptr;
     void (*setPasswordCallback)(AnswerPassword, void*) = nullptr;
+    const char* (*server)() = nullptr;
+    int (*port)() = nullptr;
+    int (*encryption)() = nullptr;
+    void* (*connect)(const char* server, int port, void* addresses, int family, int encryption,
+        int isBlocking, int milliseconds, int* cancel) = nullptr;
+    void (*setTimeout)(void* connection, double seconds, void* callback, void* data) = nullptr;
+    int (*askOptions)(void* connection, const char* path) = nullptr;
+    int (*update)(void* connection) = nullptr;
+    void (*close)(void* connection) = nullptr;
     bool isWhole = false;
 
     QueueLibrary() {
         QLibrary library(QStringLiteral("cups"), 2);
-        isWhole = resolve(library, driverFile, "cupsGetPPD") &&
-                  resolve(library, destination, "cupsGetNamedDest") &&
-                  resolve(library, freeDestinations, "cupsFreeDests") &&
-                  resolve(library, addOption, "cupsAddOption") &&
-                  resolve(library, freeOptions, "cupsFreeOptions") &&
-                  resolve(library, printFile, "cupsPrintFile") &&
-                  resolve(library, lastError, "cupsLastErrorString") &&
-                  resolve(library, setPasswordCallback, "cupsSetPasswordCB2");
+        isWhole =
+            resolve(library, driverFile, "cupsGetPPD") && resolve(library, destination, "cupsGetNamedDest") &&
+            resolve(library, freeDestinations, "cupsFreeDests") &&
+            resolve(library, addOption, "cupsAddOption") &&
+            resolve(library, freeOptions, "cupsFreeOptions") &&
+            resolve(library, printFile, "cupsPrintFile") &&
+            resolve(library, lastError, "cupsLastErrorString") &&
+            resolve(library, setPasswordCallback, "cupsSetPasswordCB2") &&
+            resolve(library, server, "cupsServer") && resolve(library, port, "ippPort") &&
+            resolve(library, encryption, "cupsEncryption") && resolve(library, connect, "httpConnect2") &&
+            resolve(library, setTimeout, "httpSetTimeout") && resolve(library, askOptions, "httpOptions") &&
+            resolve(library, update, "httpUpdate") && resolve(library, close, "httpClose");
         // Unasked, it would wait for a password at the terminal.
         if (isWhole)
             setPasswordCallback(
@@ -65,6 +79,23 @@ private:
 const QueueLibrary& queueLibrary() {
     static const QueueLibrary library;
     return library;
+}
+
+// One request that any server answers, whatever the answer is.
+bool answers(const QueueLibrary& library) {
+    constexpr int patience = 5; // seconds
+    constexpr int more = 100;   // the status before the answer is whole
+    constexpr int anyFamily = 0, isBlocking = 1;
+    void* const connection = library.connect(library.server(), library.port(), nullptr, anyFamily,
+        library.encryption(), isBlocking, patience * 1000, nullptr);
+    if (!connection)
+        return false;
+    library.setTimeout(connection, patience, nullptr, nullptr);
+    int status = library.askOptions(connection, "/") == 0 ? more : 0;
+    while (status == more)
+        status = library.update(connection);
+    library.close(connection);
+    return status > more;
 }
 
 // "office/draft" is the printer "office" with the options that its user calls "draft".
@@ -115,6 +146,21 @@ bool addUsersOptions(const QueueLibrary& library, const QueueName& queue, JobOpt
 
 } // namespace
 
+bool schedulerAnswers() {
+    using namespace std::chrono;
+    static steady_clock::time_point silentUntil;
+    const QueueLibrary& library = queueLibrary();
+    const auto begin = steady_clock::now();
+    if (!library.isWhole || begin < silentUntil)
+        return false;
+    if (answers(library))
+        return true;
+    // One that is not there is known at once.
+    if (const auto end = steady_clock::now(); end - begin > seconds(1))
+        silentUntil = end + seconds(30);
+    return false;
+}
+
 DriverChoices driverChoices(const QString& printer) {
     DriverChoices choices;
     const char* const path =
@@ -148,9 +194,11 @@ void sendToQueue(const QString& printer, const QString& file, const QString& tit
     };
     if (!library.isWhole)
         fail("the system's printing library is missing");
+    if (!schedulerAnswers())
+        fail("the scheduler of the system's printers does not answer");
     const QueueName queue(printer);
     if (!addUsersOptions(library, queue, options))
-        fail("it is not there any more, or the scheduler of the system's printers does not answer");
+        fail("it is not there any more");
     QueueOption* list = nullptr;
     int count = 0;
     for (const auto& [name, value] : options)

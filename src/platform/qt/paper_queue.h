@@ -10,6 +10,10 @@
 // the program runs without it.
 namespace genutil {
 
+// Whether the scheduler that keeps the queues does. One that hangs would hang whoever asks it for a printer:
+// it is given five seconds, and is not waited for again in the next thirty.
+bool schedulerAnswers();
+
 struct DriverChoice {
     std::string name;
     QString title; // the user's

@@ -39,7 +39,7 @@ public:
 
     std::vector<PrinterDevice> installed() override {
         std::vector<PrinterDevice> all;
-        if (hasOthers_)
+        if (hasOthers_ && schedulerAnswers())
             for (const QPrinterInfo& info : QPrinterInfo::availablePrinters())
                 all.push_back(deviceOf(info));
         all.push_back({pdfDevice, "pdf", pdfPath_});
@@ -205,7 +205,7 @@ std::unique_ptr<Printer> makePdfPrinter(const std::string& path) {
 
 std::unique_ptr<SystemPrinter> makeSystemPrinter() {
     constexpr const char* usualPath = "report.pdf";
-    const QPrinterInfo usual = QPrinterInfo::defaultPrinter();
+    const QPrinterInfo usual = schedulerAnswers() ? QPrinterInfo::defaultPrinter() : QPrinterInfo();
     const PrinterDevice device =
         usual.isNull() ? PrinterDevice{pdfDevice, "pdf", usualPath} : deviceOf(usual);
     return std::make_unique<QtPrinter>(device, usualPath, true);
