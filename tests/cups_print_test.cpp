@@ -151,7 +151,7 @@ TEST_F(Scheduler, GetsNothingOfACancelledReportAndItsAbsenceIsAnErrorThatNamesTh
     printer->choose({"cellar", "", ""});
     EXPECT_THAT(failure(), HasSubstr("printer 'cellar' has not taken the document: it is not there"));
     printer->choose({"office", "", ""});
-    // One that hangs is not waited for without end, and nothing else waits for it again.
+    // One that hangs is not waited for without end, nor so long again.
     QElapsedTimer waiting;
     waiting.start();
     ::kill(pid_t(scheduler.processId()), SIGSTOP);

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <string_view>
 
 namespace genutil {
@@ -82,9 +81,8 @@ const QueueLibrary& queueLibrary() {
 }
 
 // One request that any server answers, whatever the answer is.
-bool answers(const QueueLibrary& library) {
-    constexpr int patience = 5; // seconds
-    constexpr int more = 100;   // the status before the answer is whole
+bool answers(const QueueLibrary& library, int patience) {
+    constexpr int more = 100; // the status before the answer is whole
     constexpr int anyFamily = 0, isBlocking = 1;
     void* const connection = library.connect(library.server(), library.port(), nullptr, anyFamily,
         library.encryption(), isBlocking, patience * 1000, nullptr);
@@ -147,18 +145,10 @@ bool addUsersOptions(const QueueLibrary& library, const QueueName& queue, JobOpt
 } // namespace
 
 bool schedulerAnswers() {
-    using namespace std::chrono;
-    static steady_clock::time_point silentUntil;
+    static bool hasAnswered = true; // the last time
     const QueueLibrary& library = queueLibrary();
-    const auto begin = steady_clock::now();
-    if (!library.isWhole || begin < silentUntil)
-        return false;
-    if (answers(library))
-        return true;
-    // One that is not there is known at once.
-    if (const auto end = steady_clock::now(); end - begin > seconds(1))
-        silentUntil = end + seconds(30);
-    return false;
+    hasAnswered = library.isWhole && answers(library, hasAnswered ? 5 : 1);
+    return hasAnswered;
 }
 
 DriverChoices driverChoices(const QString& printer) {

@@ -11,7 +11,7 @@
 namespace genutil {
 
 // Whether the scheduler that keeps the queues does. One that hangs would hang whoever asks it for a printer:
-// it is given five seconds, and is not waited for again in the next thirty.
+// it is given five seconds, and after a time without an answer one.
 bool schedulerAnswers();
 
 struct DriverChoice {
