@@ -2,7 +2,7 @@
 // every size: the same work in a small text is the floor that a large one is held against.
 #include "hostif/form.h"
 #include "platform/qt/qt_desktop.h"
-#include "platform/qt/text_view.h"
+#include "platform/qt/text/text_view.h"
 
 #include <QApplication>
 #include <QKeyEvent>

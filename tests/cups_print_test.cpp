@@ -1,7 +1,7 @@
 #include "fileview/report_print.h"
 #include "hostif/error.h"
-#include "platform/qt/print_dialog.h"
-#include "platform/qt/qt_printer.h"
+#include "platform/qt/print/print_dialog.h"
+#include "platform/qt/print/qt_printer.h"
 #include "support/file_folder.h"
 
 #include <gmock/gmock.h>

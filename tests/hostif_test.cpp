@@ -1,6 +1,6 @@
 #include "hostif/controls.h"
-#include "hostif/grid.h"
 #include "hostif/error.h"
+#include "hostif/grid.h"
 #include "hostif/report_text.h"
 #include "hostif/value.h"
 #include "support/error_of.h"

@@ -1,4 +1,4 @@
-#include "platform/qt/print_ink.h"
+#include "platform/qt/print/print_ink.h"
 
 #include "fileview/print_lines.h"
 #include "platform/qt/fonts.h"

@@ -1,5 +1,5 @@
 #include "display/frm_display.h"
-#include "platform/qt/form_views.h"
+#include "platform/qt/windows/form_views.h"
 #include "qt_sample_form.h"
 #include "support/display_world.h"
 

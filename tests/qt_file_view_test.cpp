@@ -1,6 +1,6 @@
 #include "fileview/c_file_view_loader.h"
 #include "platform/qt/file_watch.h"
-#include "platform/qt/text_view.h"
+#include "platform/qt/text/text_view.h"
 #include "qt_sample_form.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"

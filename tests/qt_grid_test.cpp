@@ -1,8 +1,8 @@
 #include "hostif/error.h"
 #include "hostif/grid.h"
-#include "platform/qt/grid_view.h"
-#include "platform/qt/grid_view_cells.h"
-#include "platform/qt/menu_bar.h"
+#include "platform/qt/form/menu_bar.h"
+#include "platform/qt/grid/grid_view.h"
+#include "platform/qt/grid/grid_view_cells.h"
 #include "qt_sample_form.h"
 
 #include <QHeaderView>

@@ -1,7 +1,7 @@
 #include "lsoptions/frm_ls_options.h"
 #include "lsoptions/frm_ls_save_options.h"
-#include "platform/qt/form_views.h"
-#include "platform/qt/number_box.h"
+#include "platform/qt/form/number_box.h"
+#include "platform/qt/windows/form_views.h"
 #include "qt_sample_form.h"
 #include "support/ls_world.h"
 

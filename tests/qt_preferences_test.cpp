@@ -1,4 +1,4 @@
-#include "platform/qt/form_views.h"
+#include "platform/qt/windows/form_views.h"
 #include "preferences/frm_defaults.h"
 #include "qt_sample_form.h"
 #include "support/ls_world.h"

@@ -1,6 +1,6 @@
 #include "fileview/frm_print_preview.h"
-#include "platform/qt/form_views.h"
-#include "platform/qt/qt_printer.h"
+#include "platform/qt/print/qt_printer.h"
+#include "platform/qt/windows/form_views.h"
 #include "qt_sample_form.h"
 #include "support/world.h"
 

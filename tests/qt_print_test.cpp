@@ -1,6 +1,6 @@
 #include "fileview/report_print.h"
 #include "hostif/error.h"
-#include "platform/qt/qt_printer.h"
+#include "platform/qt/print/qt_printer.h"
 #include "support/file_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "hostif/form.h"
-#include "platform/qt/rich_text_convert.h"
-#include "platform/qt/rich_text_view.h"
+#include "platform/qt/rich/rich_text_convert.h"
+#include "platform/qt/rich/rich_text_view.h"
 #include "support/scripted_desktop.h"
 #include "text/rtf.h"
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "hostif/form.h"
-#include "platform/qt/bind.h"
-#include "platform/qt/form_window.h"
-#include "platform/qt/gauge_bar.h"
+#include "platform/qt/form/bind.h"
+#include "platform/qt/form/form_window.h"
+#include "platform/qt/form/gauge_bar.h"
+#include "platform/qt/form/report_view.h"
 #include "platform/qt/qt_desktop.h"
-#include "platform/qt/report_view.h"
-#include "platform/qt/text_view.h"
+#include "platform/qt/text/text_view.h"
 
 #include <gtest/gtest.h>
 

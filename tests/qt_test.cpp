@@ -1,9 +1,9 @@
 #include "hostif/error.h"
-#include "platform/qt/bind.h"
 #include "platform/qt/dialogs.h"
-#include "platform/qt/gauge_bar.h"
+#include "platform/qt/form/bind.h"
+#include "platform/qt/form/gauge_bar.h"
 #include "platform/qt/qt_desktop.h"
-#include "platform/qt/text_view.h"
+#include "platform/qt/text/text_view.h"
 #include "qt_sample_form.h"
 
 #include <gmock/gmock.h>

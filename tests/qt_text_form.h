@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostif/form.h"
-#include "platform/qt/text_view.h"
+#include "platform/qt/text/text_view.h"
 #include "support/scripted_desktop.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "platform/qt/line_ruler.h"
+#include "platform/qt/text/line_ruler.h"
 #include "qt_text_form.h"
 #include "text/character_width.h"
 

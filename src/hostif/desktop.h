@@ -192,9 +192,9 @@ public:
 
     // Nothing when there is no such regular file.
     virtual std::optional<FileStamp> stampOf(const std::string& path) = 0;
-    // Makes a file of this name in the current folder, for this user alone, with these contents. Never touches
-    // what stands there already, be it a link: where the name is taken, or the folder takes no files, the file
-    // is one of a new name in a folder that nobody else writes to.
+    // Makes a file of this name in the current folder, for this user alone, with these contents. Never
+    // touches what stands there already, be it a link: where the name is taken, or the folder takes no files,
+    // the file is one of a new name in a folder that nobody else writes to.
     virtual std::unique_ptr<ScratchFile> makeScratchFile(const std::string& name, std::string_view bytes) = 0;
     virtual const text::CodePages& codePages() = 0;
 };

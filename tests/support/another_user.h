@@ -4,7 +4,8 @@
 
 namespace genutil::fake {
 
-// For the superuser every file can be read and written; while this lives, the process acts as a user who owns nothing.
+// For the superuser every file can be read and written; while this lives, the process acts as a user who owns
+// nothing.
 class AnotherUser {
 public:
     AnotherUser() : isSet_(::geteuid() == 0 && ::seteuid(nobody) == 0) {}

@@ -9,7 +9,7 @@
 #include "platform/qt/file_watch.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/locale.h"
-#include "platform/qt/qt_printer.h"
+#include "platform/qt/print/qt_printer.h"
 #include "platform/qt/text_measure.h"
 #include "platform/qt/twip_scale.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostif/desktop.h"
-#include "platform/qt/form_views.h"
+#include "platform/qt/windows/form_views.h"
 
 #include <memory>
 

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "hostif/form.h"
+#include "platform/qt/form/burst_gate.h"
+#include "platform/qt/twip_scale.h"
+
+#include <QBasicTimer>
+#include <QWidget>
+
+#include <memory>
+
+class QKeyEvent;
+class QMenuBar;
+
+namespace genutil {
+
+class MenuItem;
+
+// The window of a form, from the moment it is shown until it is hidden or closed; showing the form again
+// makes another. The contents get what the form's nominal size leaves after its chrome; a menu bar comes on
+// top of that. A class for each form puts the controls' views into contents().
+class FormWindow : public QWidget {
+public:
+    explicit FormWindow(std::shared_ptr<Form> form, Qt::WindowFlags flags = Qt::Window);
+
+    // Null once the window is retired.
+    const std::shared_ptr<Form>& form() const { return form_; }
+    QWidget* contents() const { return contents_; }
+    // The view bound to the control; null when there is none.
+    QWidget* viewOf(const Control& control) const;
+
+    // Shows the window as the form says. `owner` is the window that it stays above; null for an independent
+    // one.
+    void open(bool modal, QWindow* owner);
+    // Ends every tie to the form and lets the window go; it disappears at once.
+    void retire();
+
+    // Paints the view now, and brings the window to the front; both no more often than the screen is
+    // refreshed. What a view has been told meanwhile is painted with the pending events.
+    void repaintView(const Control& control);
+    void bringToFront();
+
+    // Shows the pop-up menu where the user has asked for it and returns when it has gone. Does nothing for a
+    // menu that the window has not got.
+    void popUp(const MenuItem& menu);
+
+    // Tells the form the window's size and state, if they have changed.
+    void reportSize();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    // Shows the form's menu items in a menu bar.
+    void addMenuBar();
+    // The size of the contents where the form leaves its own at 0.
+    virtual QSize naturalSize() const;
+    // The user cannot resize the window.
+    void setFixed() { fixed_ = true; }
+
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void apply(Aspect aspect);
+    void applySize();
+    void applyPlace();
+    void applyState();
+    void applyFocus();
+    void setTabOrder();
+    void centre();
+    int menuHeight(int width) const;
+    QSize wantedContents() const;
+    bool handleKey(const QKeyEvent& event);
+    bool pressByKey(int code);
+
+    std::shared_ptr<Form> form_;
+    TwipScale scale_ = TwipScale::ofScreen();
+    QWidget* contents_;
+    QMenuBar* menuBar_ = nullptr;
+    bool fixed_ = false;
+    bool reporting_ = false;
+    QBasicTimer reportTimer_;
+    BurstGate paintGate_;
+    BurstGate raiseGate_;
+};
+
+} // namespace genutil
