@@ -117,7 +117,8 @@ inline constexpr std::int32_t InformationContext = 512;
 
 // What a printer dialog is given, and what the user has made of it.
 struct PrintDialog {
-    std::string document; // the file that is printed: no other one takes its place
+    // The file that is printed. A PDF file is proposed beside it, and never takes its place.
+    std::string document;
     PrinterDevice device;
     PageSettings page;
     int fromPage = 1;

@@ -15,8 +15,8 @@ public:
     virtual ~ByteSource() = default;
     // How many bytes are expected; the source may prove longer or shorter.
     virtual std::uint64_t expectedSize() const = 0;
-    // Fills `into` from its front and returns how many bytes came; 0 only at the end. Throws what reading
-    // met.
+    // Fills `into` from its front and returns how many bytes came, which are none only at the end. Throws
+    // what reading met.
     virtual std::size_t read(std::span<char> into) = 0;
 };
 

@@ -4,8 +4,8 @@
 
 namespace genutil::fake {
 
-// For the superuser every file can be read and written; while this lives, the process acts as a user who owns
-// nothing.
+// For the superuser every file can be read and written. While this lives, the process acts as a user who owns
+// none.
 class AnotherUser {
 public:
     AnotherUser() : isSet_(::geteuid() == 0 && ::seteuid(nobody) == 0) {}

@@ -138,8 +138,7 @@ public:
 
     bool ask(QWidget* owner, PrintDialog& dialog) override {
         std::vector<PrinterDevice> offered = installed();
-        if (!dialog.document.empty()) // the PDF file is the last one
-            offered.back().port = dialog.document + ".pdf";
+        offered.back().port = dialog.document + ".pdf"; // the PDF file is the last one
         if (!askForPrinter(owner, offered, dialog))
             return false;
         if (isPdf(dialog.device))
@@ -183,7 +182,7 @@ private:
     using Ink = std::pair<Font, PrintInk>;
 
     PrinterDevice device_;
-    std::string pdfPath_; // what the PDF file was last, or is if it is chosen
+    std::string pdfPath_; // of the PDF file, as it was chosen last
     bool hasOthers_;
     PrinterAbilities abilities_;
     PageSettings page_;
@@ -204,11 +203,9 @@ std::unique_ptr<Printer> makePdfPrinter(const std::string& path) {
 }
 
 std::unique_ptr<SystemPrinter> makeSystemPrinter() {
-    constexpr const char* usualPath = "report.pdf";
     const QPrinterInfo usual = schedulerAnswers() ? QPrinterInfo::defaultPrinter() : QPrinterInfo();
-    const PrinterDevice device =
-        usual.isNull() ? PrinterDevice{pdfDevice, "pdf", usualPath} : deviceOf(usual);
-    return std::make_unique<QtPrinter>(device, usualPath, true);
+    const PrinterDevice device = usual.isNull() ? PrinterDevice{pdfDevice, "pdf", ""} : deviceOf(usual);
+    return std::make_unique<QtPrinter>(device, "", true);
 }
 
 } // namespace genutil
