@@ -28,15 +28,17 @@ struct Layout {
     std::size_t map;
     std::size_t indexes, indexSize; // the fields' entries follow, then their names
     std::size_t lengthSize;         // of a name's length
-    // In a field's entry:
-    std::size_t fieldVariable;
+    // In a field's entry. The number is given when the field is made and never changes; the field's position
+    // among the others, which a table designer may change, stands 4 bytes further on and is not needed.
     std::size_t fieldNumber;
+    std::size_t fieldVariable;
     std::size_t fieldFlags;
     std::size_t fieldOffset;
-    std::size_t fieldSize;
+    std::size_t fieldLength; // of what it stores, in bytes
+    std::size_t fieldSize;   // of the entry
 };
-inline constexpr Layout layout3{2048, 8, 12, 23, 25, 31, 35, 43, 8, 1, 3, 5, 13, 14, 18};
-inline constexpr Layout layout4{4096, 12, 16, 43, 45, 51, 55, 63, 12, 2, 7, 9, 15, 21, 25};
+inline constexpr Layout layout3{2048, 8, 12, 23, 25, 31, 35, 43, 8, 1, 1, 3, 13, 14, 16, 18};
+inline constexpr Layout layout4{4096, 12, 16, 43, 45, 51, 55, 63, 12, 2, 5, 7, 15, 21, 23, 25};
 
 // The first byte of a page.
 inline constexpr char pageOfRows = 1;
@@ -61,6 +63,7 @@ struct Column {
     std::size_t number = 0; // its bit in the null mask
     bool isFixed = false;
     std::size_t offset = 0;   // of a fixed column: bytes behind the record's field count
+    std::size_t length = 0;   // of a fixed text: bytes
     std::size_t variable = 0; // of another one: its place among the variable ones
 };
 

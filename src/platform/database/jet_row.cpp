@@ -163,10 +163,12 @@ Value fieldOf(File& file, const Table& table, const Column& column, std::string_
     if (size == 0 && !isText)
         throw Error(errors::TypeMismatch,
             "The field '" + column.name + "' of '" + file.path() + "' holds neither a number nor a text");
-    if (isText && column.isFixed)
-        throw Damage{"a text is said to have a fixed place"};
+    if (column.kind == Kind::Memo && column.isFixed)
+        throw Damage{"a long text is said to have a fixed place"};
+    // A text of fixed width is padded with blanks, and is given with them.
     const std::optional<std::string_view> field =
-        column.isFixed ? record.fixed(column.offset, size) : record.variable(column.variable);
+        column.isFixed ? record.fixed(column.offset, isText ? column.length : size)
+                       : record.variable(column.variable);
     if (!field)
         return Null();
     if (!isText)
