@@ -16,7 +16,7 @@ while [ "$1" != -- ]; do
 done
 shift
 for program in "$@"; do
-    if ldd "$program" | grep -E 'Qt6|libmdb|sqlite3'; then
+    if ldd "$program" | grep -E 'Qt6|sqlite3'; then
         echo "$program links a desktop or a database"
         bad=1
     fi

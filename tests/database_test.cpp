@@ -154,50 +154,6 @@ TEST(JobDatabases, OfFormat3GiveEveryValueOfEveryTable) {
     EXPECT_GT(values, 7'000);
 }
 
-// As a table designer leaves a file in which every table's columns were dragged into the reverse order: only
-// their positions change, not the numbers that they were made with.
-std::string withColumnsReversed(std::string bytes) {
-    struct Layout {
-        std::size_t page, fieldCount, indexCount, indexes, indexSize, entrySize, position;
-    };
-    const Layout at =
-        bytes[0x14] == 0 ? Layout{2048, 25, 31, 43, 8, 18, 5} : Layout{4096, 45, 51, 63, 12, 25, 9};
-    for (std::size_t page = 0; page < bytes.size(); page += at.page) {
-        if (bytes[page] != 2 || page == 0)
-            continue;
-        const std::size_t count = static_cast<unsigned char>(bytes[page + at.fieldCount]);
-        const std::size_t indexes = static_cast<unsigned char>(bytes[page + at.indexCount]);
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t place = at.indexes + indexes * at.indexSize + i * at.entrySize + at.position;
-            if (place + 1 < at.page)
-                bytes[page + place] = static_cast<char>(count - 1 - i);
-        }
-    }
-    return bytes;
-}
-
-TEST(JobDatabases, KeepTheirValuesWhenColumnsAreMovedInATableDesigner) {
-    const fake::FileFolder folder;
-    const auto engine = makeDatabaseEngine();
-    int values = 0;
-    for (const char* file :
-        {"Smith Farm.mdb", "HIGHWAY_17.mdb", "AddedColumn.mdb", "Jet3 Plane.mdb", "Jet3 Many.mdb"}) {
-        const std::string moved = folder.make("job.mdb", withColumnsReversed(contentsOf(jobs / file)));
-        const auto before = open(file), after = engine->OpenDatabase(moved, false, true);
-        for (std::int16_t i = 0; i < before->tableCount(); ++i) {
-            const auto expected = before->OpenRecordset(before->tableName(i)),
-                       found = after->OpenRecordset(before->tableName(i));
-            for (; !expected->EOF_(); expected->MoveNext(), found->MoveNext())
-                for (const std::string& name : test::jobFields())
-                    if (errorOf([&] { expected->field(name); }) == 0) {
-                        EXPECT_EQ(found->field(name), expected->field(name)) << file << ' ' << name;
-                        ++values;
-                    }
-        }
-    }
-    EXPECT_GT(values, 5'000);
-}
-
 TEST(JobDatabases, RefuseWithTheErrorThatFits) {
     const fake::FileFolder folder;
     const auto engine = makeDatabaseEngine();

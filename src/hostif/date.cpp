@@ -226,25 +226,55 @@ std::string dateText(const Date& date) {
            '-' + padded(date.year, 4);
 }
 
-std::string momentText(double days, Weekday weekday) {
+namespace {
+
+struct Moment {
+    std::chrono::year_month_day date;
+    std::int64_t second = 0; // of the day
+};
+
+// Days before day 0 count backwards, but the time within a day never does: -1.25 is six o'clock of the day
+// before. A time of day is a fraction that may lie a hair below its minute.
+Moment momentOf(double days) {
     constexpr double secondsPerDay = 86'400;
     constexpr double mostDays = 4'000'000; // beyond the year 9999, either way
     if (!(std::abs(days) < mostDays))
-        throw Error(errors::Overflow, "Day " + std::to_string(days) + " is no day of the calendar");
-    // A time of day is a fraction that may lie a hair below its minute.
+        throw Error(errors::Overflow, "Day " + std::to_string(days) + " is not a day of the calendar");
+    const double whole = std::trunc(days);
     const std::chrono::sys_seconds moment =
-        dayZero + std::chrono::seconds(std::llround(days * secondsPerDay));
+        dayZero + std::chrono::seconds(std::llround((whole + std::abs(days - whole)) * secondsPerDay));
     const auto day = std::chrono::floor<std::chrono::days>(moment);
     const std::chrono::year_month_day date(day);
-    const int year = int(date.year());
-    if (year < 1 || year > 9999)
+    if (const int year = int(date.year()); year < 1 || year > 9999)
         throw Error(errors::Overflow, "The year " + std::to_string(year) + " is not one of 1 to 9999");
-    const auto minute = std::chrono::duration_cast<std::chrono::minutes>(moment - day).count();
+    return {date, (moment - day).count()};
+}
+
+} // namespace
+
+std::string momentText(double days, Weekday weekday) {
+    const auto [date, second] = momentOf(days);
     const std::string named =
-        weekday == Weekday::Named ? dateLocale().weekdays[std::chrono::weekday(day).c_encoding()] + ", " : "";
+        weekday == Weekday::Named
+            ? dateLocale().weekdays[std::chrono::weekday(std::chrono::sys_days(date)).c_encoding()] + ", "
+            : "";
     return named + std::to_string(unsigned(date.day())) + ' ' +
-           dateLocale().shortMonths[unsigned(date.month()) - 1] + ' ' + padded(year, 4) + "  " +
-           padded(minute / 60, 2) + ':' + padded(minute % 60, 2);
+           dateLocale().shortMonths[unsigned(date.month()) - 1] + ' ' + padded(int(date.year()), 4) + "  " +
+           padded(second / 3600, 2) + ':' + padded(second / 60 % 60, 2);
+}
+
+std::string shortMomentText(double days) {
+    const auto [date, second] = momentOf(days);
+    const std::string day = padded(unsigned(date.day()), 2), month = padded(unsigned(date.month()), 2),
+                      year = padded(int(date.year()), 4);
+    std::string text = dateLocale().order == DateLocale::Order::DayMonthYear ? day + '/' + month + '/' + year
+                       : dateLocale().order == DateLocale::Order::MonthDayYear
+                           ? month + '/' + day + '/' + year
+                           : year + '-' + month + '-' + day;
+    if (second != 0)
+        text +=
+            ' ' + padded(second / 3600, 2) + ':' + padded(second / 60 % 60, 2) + ':' + padded(second % 60, 2);
+    return text;
 }
 
 } // namespace genutil

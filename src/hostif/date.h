@@ -58,5 +58,8 @@ std::string dateText(const Date& date);
 // for one outside of the years 1 to 9999.
 enum class Weekday { LeftOut, Named };
 std::string momentText(double days, Weekday weekday = Weekday::LeftOut);
+// The same as a date that readDate() reads back: "07/11/2026" in the locale's order, and "07/11/2026
+// 09:05:30" where it is not midnight.
+std::string shortMomentText(double days);
 
 } // namespace genutil

@@ -74,8 +74,4 @@ bool DatabaseFile::readAt(std::uint64_t place, std::span<char> bytes) const {
     return true;
 }
 
-std::string DatabaseFile::secondName() const {
-    return "/proc/self/fd/" + std::to_string(number_);
-}
-
 } // namespace genutil

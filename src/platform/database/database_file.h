@@ -23,8 +23,6 @@ public:
     const std::string& head() const { return head_; } // the first bytes, at most headSize
     // Fills `bytes` from the place in the file; false when it does not have that many there, or not any more.
     bool readAt(std::uint64_t place, std::span<char> bytes) const;
-    // A name that opens this very file, even when another one has taken its name.
-    std::string secondName() const;
 
 private:
     std::string path_;

@@ -98,6 +98,7 @@ Table File::readTable(std::uint32_t number) {
         column.number = numberAt(definition, entry + at.fieldNumber, 2);
         column.isFixed = (numberAt(definition, entry + at.fieldFlags, 1) & fixedFlag) != 0;
         column.offset = numberAt(definition, entry + at.fieldOffset, 2);
+        column.scale = static_cast<int>(numberAt(definition, entry + at.fieldScale, 1));
         column.length = numberAt(definition, entry + at.fieldLength, 2);
         column.variable = numberAt(definition, entry + at.fieldVariable, 2);
         entry += at.fieldSize;

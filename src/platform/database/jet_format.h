@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -32,13 +33,14 @@ struct Layout {
     // among the others, which a table designer may change, stands 4 bytes further on and is not needed.
     std::size_t fieldNumber;
     std::size_t fieldVariable;
+    std::size_t fieldScale; // decimals of a Decimal
     std::size_t fieldFlags;
     std::size_t fieldOffset;
     std::size_t fieldLength; // of what it stores, in bytes
     std::size_t fieldSize;   // of the entry
 };
-inline constexpr Layout layout3{2048, 8, 12, 23, 25, 31, 35, 43, 8, 1, 1, 3, 13, 14, 16, 18};
-inline constexpr Layout layout4{4096, 12, 16, 43, 45, 51, 55, 63, 12, 2, 5, 7, 15, 21, 23, 25};
+inline constexpr Layout layout3{2048, 8, 12, 23, 25, 31, 35, 43, 8, 1, 1, 3, 10, 13, 14, 16, 18};
+inline constexpr Layout layout4{4096, 12, 16, 43, 45, 51, 55, 63, 12, 2, 5, 7, 12, 15, 21, 23, 25};
 
 // The first byte of a page.
 inline constexpr char pageOfRows = 1;
@@ -53,17 +55,48 @@ enum class Kind : int {
     Single = 6,
     Double = 7,
     DateTime = 8,
+    Binary = 9,
     Text = 10,
-    Memo = 12,
+    Ole = 11,
+    Memo = 12, // hyperlinks are memos
+    Guid = 15,
+    Decimal = 16,
+    Complex = 18,
+};
+
+// What a field of the kind is called, and how many bytes it takes; 0 where that differs.
+struct KindOfField {
+    Kind kind;
+    std::string_view name;
+    std::size_t size;
+    bool isRead;
+};
+inline constexpr std::array kindsOfField{
+    KindOfField{Kind::Boolean, "Yes/No", 0, true},
+    KindOfField{Kind::Byte, "Byte", 1, true},
+    KindOfField{Kind::Int16, "Integer", 2, true},
+    KindOfField{Kind::Int32, "Long Integer", 4, true},
+    KindOfField{Kind::Money, "Currency", 8, true},
+    KindOfField{Kind::Single, "Single", 4, true},
+    KindOfField{Kind::Double, "Double", 8, true},
+    KindOfField{Kind::DateTime, "Date/Time", 8, true},
+    KindOfField{Kind::Binary, "Binary", 0, false},
+    KindOfField{Kind::Text, "Text", 0, true},
+    KindOfField{Kind::Ole, "OLE Object", 0, false},
+    KindOfField{Kind::Memo, "Memo", 0, true},
+    KindOfField{Kind::Guid, "Replication ID", 16, true},
+    KindOfField{Kind::Decimal, "Decimal", 17, true},
+    KindOfField{Kind::Complex, "Complex", 4, false},
 };
 
 struct Column {
     std::string name;
-    Kind kind{};            // may be another number than those above: a kind that is not read
+    Kind kind{};            // may be another number than those above
     std::size_t number = 0; // its bit in the null mask
     bool isFixed = false;
     std::size_t offset = 0;   // of a fixed column: bytes behind the record's field count
     std::size_t length = 0;   // of a fixed text: bytes
+    int scale = 0;            // of a Decimal
     std::size_t variable = 0; // of another one: its place among the variable ones
 };
 

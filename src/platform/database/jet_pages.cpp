@@ -1,11 +1,8 @@
 #include "platform/database/jet_pages.h"
 
+#include "platform/database/jet_cipher.h"
+
 #include <utility>
-
-// The library's header needs the names of this one outside its own block of C declarations.
-#include <glib.h>
-
-#include <mdbtools.h>
 
 namespace genutil::jet {
 namespace {
@@ -15,21 +12,14 @@ constexpr std::size_t versionByte = 20;
 constexpr std::uint32_t fewestPages = 3;     // header, page map, catalogue
 constexpr std::uint64_t mostPages = 1 << 24; // a pointer has 24 bits for the page
 
-// What stands in the place of the key in a file whose pages are not encoded: the header itself always is.
+// The key of the file's pages stands in its header, XOR a number that is the same in all files; 0 for a file
+// that is not enciphered. A password, which also stands there, locks the file for its makers' programs and
+// enciphers nothing.
 constexpr std::size_t keyPlace = 0x3E;
-constexpr std::string_view noKey = "\xFB\x8A\xBC\x4E";
-static_assert(keyPlace + noKey.size() <= DatabaseFile::headSize);
+constexpr std::uint32_t keyMask = 0x4EBC8AFB;
+static_assert(keyPlace + sizeof keyMask <= DatabaseFile::headSize);
 
 } // namespace
-
-// The library takes 15 microseconds to open a file, and the pages that a list needs of a usual job are read
-// in 9: it opens encoded files only.
-struct Pages::Decoder {
-    struct Close {
-        void operator()(MdbHandle* open) const { mdb_close(open); }
-    };
-    std::unique_ptr<MdbHandle, Close> handle;
-};
 
 Pages::Pages(DatabaseFile file) : file_(std::move(file)) {
     const std::string& head = file_.head();
@@ -44,27 +34,15 @@ Pages::Pages(DatabaseFile file) : file_(std::move(file)) {
     if (file_.size() % pageSize != 0 || pages < fewestPages || pages > mostPages)
         notADatabase(path(), "its " + std::to_string(file_.size()) + " bytes are not the pages of one");
     count_ = static_cast<std::uint32_t>(pages);
-    if (head.compare(keyPlace, noKey.size(), noKey) == 0)
-        return;
-    decoder_ = std::make_unique<Decoder>();
-    decoder_->handle.reset(mdb_open(file_.secondName().c_str(), MDB_NOFLAGS));
-    if (!decoder_->handle || static_cast<std::size_t>(decoder_->handle->fmt->pg_size) != pageSize)
-        notADatabase(path(), "its first page cannot be read");
+    key_ = number32At(head, keyPlace) ^ keyMask;
 }
-
-Pages::~Pages() = default;
 
 std::string Pages::read(std::uint32_t number) {
     std::string bytes(layout().pageSize, '\0');
-    // The library would complain on the standard error stream of a file that was cut.
-    bool isRead = file_.readAt(std::uint64_t{number} * bytes.size(), bytes);
-    if (isRead && decoder_) {
-        MdbHandle* const mdb = decoder_->handle.get();
-        isRead = mdb_read_pg(mdb, number) == static_cast<ssize_t>(bytes.size());
-        bytes.assign(reinterpret_cast<const char*>(mdb->pg_buf), bytes.size());
-    }
-    if (!isRead)
+    if (!file_.readAt(std::uint64_t{number} * bytes.size(), bytes))
         throw Damage{"page " + std::to_string(number) + " cannot be read"};
+    if (key_ != 0)
+        applyCipher(bytes, key_ ^ number);
     return bytes;
 }
 

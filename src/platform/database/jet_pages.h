@@ -18,7 +18,6 @@ class Pages {
 public:
     // Throws Error UnrecognisedDatabase for a file that is not Jet's or not of whole pages.
     explicit Pages(DatabaseFile file);
-    ~Pages();
 
     const std::string& path() const { return file_.path(); }
     Version version() const { return version_; }
@@ -29,7 +28,6 @@ public:
     Page at(std::uint32_t number);
 
 private:
-    struct Decoder;
     struct KeptPage {
         std::uint32_t number = 0;
         Page bytes;
@@ -42,7 +40,7 @@ private:
     std::uint32_t count_ = 0;
     std::array<KeptPage, 8> kept_;
     std::size_t oldest_ = 0;
-    std::unique_ptr<Decoder> decoder_; // null for a file that is not encoded
+    std::uint32_t key_ = 0; // 0: not enciphered
 };
 
 } // namespace genutil::jet

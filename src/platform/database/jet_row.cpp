@@ -1,9 +1,13 @@
 #include "platform/database/jet_row.h"
 
+#include "hostif/date.h"
 #include "hostif/error.h"
 #include "platform/database/jet_text.h"
 
+#include <algorithm>
 #include <bit>
+#include <cmath>
+#include <cstdio>
 #include <optional>
 
 namespace genutil::jet {
@@ -83,27 +87,42 @@ private:
     std::size_t firstStart_ = 0; // back from the mask
 };
 
-// 0 for a kind without a size of its own.
-std::size_t sizeOf(Kind kind) {
-    switch (kind) {
-    case Kind::Byte:
-        return 1;
-    case Kind::Int16:
-        return 2;
-    case Kind::Int32:
-    case Kind::Single:
-        return 4;
-    case Kind::Money:
-    case Kind::Double:
-    case Kind::DateTime:
-        return 8;
-    default:
-        return 0;
+// A sign and 128 bits, as four words of which the highest comes first. More digits than a double has are
+// rounded.
+Value decimalValue(std::string_view bytes, int scale) {
+    double number = 0;
+    for (std::size_t word = 0; word < 4; ++word)
+        number = number * 4'294'967'296.0 + number32At(bytes, 1 + word * 4);
+    number /= std::pow(10, scale);
+    return (bytes[0] & 0x80) != 0 ? -number : number;
+}
+
+// "{499480B3-1D6E-4C1B-9B0A-3C1F5F3D0A11}": the first three groups are numbers, the others bytes.
+Value guidValue(std::string_view bytes) {
+    const auto byte = [&](std::size_t i) { return unsigned(static_cast<unsigned char>(bytes[i])); };
+    std::string text(38, '\0');
+    std::snprintf(text.data(), text.size() + 1, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
+        unsigned(numberAt(bytes, 0, 4)), unsigned(numberAt(bytes, 4, 2)), unsigned(numberAt(bytes, 6, 2)),
+        byte(8), byte(9), byte(10), byte(11), byte(12), byte(13), byte(14), byte(15));
+    return text;
+}
+
+// A date that no calendar has stays the number that it is stored as.
+Value dateValue(double days) {
+    try {
+        return shortMomentText(days);
+    } catch (const Error&) {
+        return days;
     }
 }
 
-Value numberValue(Kind kind, std::uint64_t bits) {
-    switch (kind) {
+Value fixedValue(const Column& column, std::string_view bytes) {
+    if (column.kind == Kind::Decimal)
+        return decimalValue(bytes, column.scale);
+    if (column.kind == Kind::Guid)
+        return guidValue(bytes);
+    const std::uint64_t bits = numberAt(bytes, 0, bytes.size());
+    switch (column.kind) {
     case Kind::Byte:
         return static_cast<std::uint8_t>(bits);
     case Kind::Int16:
@@ -114,6 +133,8 @@ Value numberValue(Kind kind, std::uint64_t bits) {
         return std::bit_cast<float>(static_cast<std::uint32_t>(bits));
     case Kind::Money:
         return static_cast<double>(static_cast<std::int64_t>(bits)) / 10'000;
+    case Kind::DateTime:
+        return dateValue(std::bit_cast<double>(bits));
     default:
         return std::bit_cast<double>(bits);
     }
@@ -158,21 +179,26 @@ Value fieldOf(File& file, const Table& table, const Column& column, std::string_
         return bit; // has no other place
     if (!bit)
         return Null();
-    const std::size_t size = sizeOf(column.kind);
-    const bool isText = column.kind == Kind::Text || column.kind == Kind::Memo;
-    if (size == 0 && !isText)
+    const auto* const known = std::ranges::find(kindsOfField, column.kind, &KindOfField::kind);
+    if (known == kindsOfField.end() || !known->isRead)
         throw Error(errors::TypeMismatch,
-            "The field '" + column.name + "' of '" + file.path() + "' holds neither a number nor a text");
+            "The field '" + column.name + "' of '" + file.path() + "' is of the type " +
+                (known == kindsOfField.end() ? "number " + std::to_string(int(column.kind))
+                                             : std::string(known->name)) +
+                ", which is neither a number nor a text");
     if (column.kind == Kind::Memo && column.isFixed)
         throw Damage{"a long text is said to have a fixed place"};
+    const bool isText = column.kind == Kind::Text || column.kind == Kind::Memo;
     // A text of fixed width is padded with blanks, and is given with them.
     const std::optional<std::string_view> field =
-        column.isFixed ? record.fixed(column.offset, isText ? column.length : size)
+        column.isFixed ? record.fixed(column.offset, isText ? column.length : known->size)
                        : record.variable(column.variable);
     if (!field)
         return Null();
+    if (!isText && field->size() < known->size)
+        throw Damage{"a field is shorter than its type"};
     if (!isText)
-        return numberValue(column.kind, numberAt(*field, 0, size));
+        return fixedValue(column, field->substr(0, known->size));
     const auto text = column.kind == Kind::Text ? std::string(*field) : memoBytes(file, *field);
     return decodeText(text, file.version());
 }
