@@ -1,4 +1,5 @@
 #include "platform/system/system_files.h"
+#include "text/detect_encoding.h"
 #include "text/rtf.h"
 
 #include <gmock/gmock.h>
@@ -74,6 +75,48 @@ TEST_F(CodePages, ReadRichTextOfEveryFontsCharacterSet) {
                       "\\f0\\'91\\'aa\\'97\\'ca\\f1\\'c6\\f2\\'b2\\'e2\\f3\\'f9\\f4\\'88a}",
             pages);
     EXPECT_EQ(text::plainText(rich), "測量Ж测ω가");
+}
+
+TEST_F(CodePages, ReadRichTextOfTheCodePagesOfOneMaker) {
+    // The marks stand for the signs of four old East Asian sets and one European one.
+    const std::pair<int, const char*> cases[] = {{10001, "\\'91\\'aa\\'97\\'ca"},
+        {10002, "\\'b4\\'fa\\'b6\\'71"}, {10003, "\\'f6\\'b4\\'d5\\'e1"}, {10008, "\\'9c\\'79\\'c1\\'bf"},
+        {10029, "\\'e4\\'ec"}};
+    const char* const texts[] = {"測量", "測量", "測量", "測量", "šž"};
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(text::plainText(text::readRtf(
+                      "{\\rtf1\\ansi\\ansicpg" + std::to_string(cases[i].first) + " " + cases[i].second + "}",
+                      pages)),
+            texts[i])
+            << cases[i].first;
+}
+
+// Each text has a sign that Windows has and the standard's set of the same letters lacks.
+TEST_F(CodePages, OfWindowsAreToldFromTheirTwins) {
+    struct Case {
+        const char* name;
+        const char* text;
+    };
+    for (const auto& [name, text] : {
+             Case{"windows-1250",
+                 "Výsledky vyrovnání sítě: střední chyba bodu, šířka, žádné odlehlé měření, zeměměřič\n"},
+             Case{"windows-1250", "Wyniki wyrównania sieci: błąd średni położenia punktu, ściana, źródło, "
+                                  "żaden świadek, część błędów, koń\n"},
+             Case{"windows-1253",
+                 "Αποτελέσματα της συνόρθωσης δικτύου: “μέσο σφάλμα” του σημείου και της γωνίας\n"},
+             Case{"windows-1254",
+                 "Ağ dengelemesinin sonuçları: “noktanın ortalama hatası” için ölçü bulunmadı, işçi\n"},
+             Case{"windows-1257",
+                 "Tīkla izlīdzināšanas rezultāti: “punkta vidējā kļūda”, žurnāls, ķēde un šķērsgriezums\n"},
+         }) {
+        std::string all;
+        for (int i = 0; i < 20; ++i)
+            all += text;
+        const std::string bytes = pages.encode(name, all)->bytes;
+        const text::DetectedText detected = text::detectAndDecode(bytes, pages);
+        EXPECT_STRCASEEQ(detected.encoding.c_str(), name) << "uchardet: " << pages.guess(bytes);
+        EXPECT_TRUE(detected.decoded.text == all) << name;
+    }
 }
 
 TEST_F(CodePages, KnowOnlyPlainNames) {

@@ -71,6 +71,8 @@ TEST(TextDocument, SplitsDecodesMeasuresAndWritesBackEveryKindOfText) {
         {"UTF-16 LE without mark", "1\0002\0003\0004\0005\0006\0007\0\xAC\x20\n\0"s, {"1234567€", ""}, {0, 8},
             {"UTF-16LE"}},
         {"UTF-16 BE without mark, odd byte", "\0a\0b\0c\0"s, {"abc"}, {0, 3}, {"UTF-16BE"}},
+        {"UTF-32 LE", "\xFF\xFE\0\0\xE9\0\0\0\n\0\0\0\0\xF6\1\0"s, {"é", "😀"}, {1, 2}, {"UTF-32LE", true}},
+        {"UTF-32 BE, cut", "\0\0\xFE\xFF\0\0\0a\0\0"s, {"a"}, {0, 1}, {"UTF-32BE", true}},
         {"UTF-16 that only the user knows", "\x2C\x6E\xCF\x91"s, {"測量"}, {0, 4}, {"UTF-16LE"}, "UTF-16LE"},
     };
     for (const Sample& sample : samples) {

@@ -74,14 +74,35 @@ std::size_t countBeyondAscii(std::string_view utf8) {
     return std::size_t(std::ranges::count_if(utf8, [](char byte) { return (byte & 0xC0) == 0xC0; }));
 }
 
+// A text has no use for the control characters from 0x80 to 0x9F of the standard's sets; those of Windows
+// have letters and quotation marks there, and are taken for the standard's by guesses that go by the other
+// letters.
+struct Twins {
+    const char* standard;
+    const char* windows;
+};
+constexpr Twins twins[] = {{"ISO-8859-2", "windows-1250"}, {"ISO-8859-4", "windows-1257"},
+    {"ISO-8859-5", "windows-1251"}, {"ISO-8859-6", "windows-1256"}, {"ISO-8859-7", "windows-1253"},
+    {"ISO-8859-8", "windows-1255"}, {"ISO-8859-9", "windows-1254"}, {"ISO-8859-13", "windows-1257"},
+    {"ISO-8859-15", encodings::windows1252}, {"ISO-8859-16", "windows-1250"}};
+
+bool hasBytesOfWindowsOnly(std::string_view sample) {
+    return std::ranges::any_of(
+        sample, [](char byte) { return (static_cast<unsigned char>(byte) & 0xE0) == 0x80; });
+}
+
 // The guess, if it is another encoding than UTF-8 and UTF-16, which the bytes are not, and the sample speaks
 // for it.
 std::string plausibleGuess(std::string_view bytes, const CodePages& pages) {
     const std::string sample = sampleOf(bytes);
     std::string guess = pages.guess(sample);
-    // A text in Latin-1 has no use for control characters beyond ASCII; windows-1252 has letters there.
     if (equalsIgnoringCase(guess, "ISO-8859-1") || equalsIgnoringCase(guess, "US-ASCII"))
         guess = encodings::windows1252;
+    if (hasBytesOfWindowsOnly(sample))
+        if (const auto* twin = std::ranges::find_if(
+                twins, [&](const Twins& each) { return equalsIgnoringCase(each.standard, guess); });
+            twin != std::end(twins))
+            guess = twin->windows;
     if (guess.empty() || !byteOrderMark(guess).empty())
         return "";
     const auto decoded = decodeText(guess, sample, pages);

@@ -12,6 +12,8 @@ namespace encodings {
 inline constexpr const char* utf8 = "UTF-8";
 inline constexpr const char* utf16LittleEndian = "UTF-16LE";
 inline constexpr const char* utf16BigEndian = "UTF-16BE";
+inline constexpr const char* utf32LittleEndian = "UTF-32LE";
+inline constexpr const char* utf32BigEndian = "UTF-32BE";
 inline constexpr const char* windows1252 = "windows-1252";
 } // namespace encodings
 

@@ -15,7 +15,8 @@ struct CharsetPage {
 
 // clang-format off
 constexpr CharsetPage charsetPages[] = {
-    {0, westernCodePage}, {2, signsCodePage}, {77, 10000},
+    {0, westernCodePage}, {2, signsCodePage}, {77, 10000}, {78, 10001}, {79, 10003}, {80, 10008}, {81, 10002},
+    {88, 10029}, {89, 10007},
     {128, 932}, {129, 949}, {130, 1361}, {134, 936}, {136, 950},
     {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255}, {178, 1256}, {179, 1256}, {180, 1256}, {181, 1255},
     {186, 1257}, {204, 1251}, {222, 874}, {238, 1250}, {254, 437}, {255, 850},
@@ -41,13 +42,21 @@ constexpr Sign symbolSigns[] = {{0x2D, U'−'}, {0xA2, U'′'}, {0xA3, U'≤'}, 
 
 constexpr int utf8CodePage = 65001;
 
+struct NamedPage {
+    int codePage;
+    const char* name;
+};
+
+// Those that are not called after their number. The East Asian sets of one old system are those of its
+// successor with a few signs more, which no converter knows.
+constexpr NamedPage namedPages[] = {{437, "IBM437"}, {850, "IBM850"}, {10000, "macintosh"}, {10001, "CP932"},
+    {10002, "CP950"}, {10003, "CP949"}, {10008, "CP936"}, {10029, "MAC-CENTRALEUROPE"}, {10079, "MAC-IS"}};
+
 std::string nameOf(int codePage) {
-    const std::string number = std::to_string(codePage);
-    if (codePage >= 1250 && codePage <= 1258)
-        return "windows-" + number;
-    if (codePage == 437 || codePage == 850)
-        return "IBM" + number;
-    return codePage == 10000 ? "macintosh" : "CP" + number;
+    const auto* named = std::ranges::find(namedPages, codePage, &NamedPage::codePage);
+    if (named != std::end(namedPages))
+        return named->name;
+    return (codePage >= 1250 && codePage <= 1258 ? "windows-" : "CP") + std::to_string(codePage);
 }
 
 } // namespace
@@ -60,11 +69,15 @@ int codePageOfCharset(int charset) {
 LeadBytes leadBytesOf(int codePage) {
     switch (codePage) {
     case 932:
+    case 10001:
         return LeadBytes::ShiftJis;
     case 936:
     case 949:
     case 950:
     case 1361:
+    case 10002:
+    case 10003:
+    case 10008:
         return LeadBytes::Wide;
     default:
         return LeadBytes::None;

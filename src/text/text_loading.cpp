@@ -63,7 +63,9 @@ void TextLoading::takeFront() {
     if (wanted_) {
         encoding_ = {ownEncoding(*wanted_) != nullptr ? ownEncoding(*wanted_) : *wanted_, isMarked(*wanted_)};
     } else {
-        for (const char* name : {encodings::utf8, encodings::utf16LittleEndian, encodings::utf16BigEndian})
+        // The longer marks come last: that of UTF-32 begins as that of UTF-16 does.
+        for (const char* name : {encodings::utf8, encodings::utf16LittleEndian, encodings::utf16BigEndian,
+                 encodings::utf32LittleEndian, encodings::utf32BigEndian})
             if (isMarked(name))
                 encoding_ = {name, true};
         if (!encoding_) {

@@ -92,6 +92,31 @@ CodePages::Encoded toUtf16(std::string_view text, ByteOrder order) {
     return encoded;
 }
 
+CodePages::Encoded toUtf32(std::string_view text, ByteOrder order) {
+    CodePages::Encoded encoded;
+    encoded.bytes.reserve(4 * text.size());
+    encodeEach(
+        text, encoded,
+        [&](std::string_view ascii) {
+            for (const char character : ascii)
+                appendUtf32Bytes(encoded.bytes, static_cast<unsigned char>(character), order);
+        },
+        [&](const DecodedCharacter& character, std::string_view) {
+            if (character.valid)
+                appendUtf32Bytes(encoded.bytes, character.codePoint, order);
+            return character.valid;
+        });
+    return encoded;
+}
+
+std::optional<ByteOrder> utf32Order(std::string_view name) {
+    if (equalsIgnoringCase(name, encodings::utf32LittleEndian))
+        return ByteOrder::LittleEndian;
+    if (equalsIgnoringCase(name, encodings::utf32BigEndian))
+        return ByteOrder::BigEndian;
+    return std::nullopt;
+}
+
 std::optional<ByteOrder> utf16Order(std::string_view name) {
     if (equalsIgnoringCase(name, encodings::utf16LittleEndian))
         return ByteOrder::LittleEndian;
@@ -124,8 +149,8 @@ const CodePages& basicCodePages() {
 }
 
 const char* ownEncoding(std::string_view name) {
-    static constexpr std::array own{
-        encodings::utf8, encodings::utf16LittleEndian, encodings::utf16BigEndian, encodings::windows1252};
+    static constexpr std::array own{encodings::utf8, encodings::utf16LittleEndian, encodings::utf16BigEndian,
+        encodings::utf32LittleEndian, encodings::utf32BigEndian, encodings::windows1252};
     const auto* found =
         std::ranges::find_if(own, [&](const char* known) { return equalsIgnoringCase(known, name); });
     return found == own.end() ? nullptr : *found;
@@ -136,6 +161,11 @@ std::optional<DecodedText> decodeText(
     if (const auto order = utf16Order(name))
         return DecodedText{
             fromUtf16Bytes(bytes, *order), true, std::string(bytes.substr(bytes.size() / 2 * 2))};
+    if (const auto order = utf32Order(name)) {
+        DecodedText decoded{{}, true, std::string(bytes.substr(bytes.size() / 4 * 4))};
+        decoded.text = fromUtf32Bytes(bytes, *order, decoded.exact);
+        return decoded;
+    }
     const bool own = equalsIgnoringCase(name, encodings::windows1252);
     auto decoded = (own ? basicCodePages() : pages).decode(name, bytes);
     if (!decoded)
@@ -146,6 +176,8 @@ std::optional<DecodedText> decodeText(
 CodePages::Encoded encodeText(const std::string& name, std::string_view text, const CodePages& pages) {
     if (const auto order = utf16Order(name))
         return toUtf16(text, *order);
+    if (const auto order = utf32Order(name))
+        return toUtf32(text, *order);
     const bool own = equalsIgnoringCase(name, encodings::windows1252);
     auto encoded = (own ? basicCodePages() : pages).encode(name, text);
     if (!encoded)
@@ -158,6 +190,9 @@ std::string_view byteOrderMark(std::string_view name) {
         return "\xEF\xBB\xBF";
     if (const auto order = utf16Order(name))
         return *order == ByteOrder::LittleEndian ? "\xFF\xFE" : "\xFE\xFF";
+    if (const auto order = utf32Order(name))
+        return *order == ByteOrder::LittleEndian ? std::string_view("\xFF\xFE\0\0", 4)
+                                                 : std::string_view("\0\0\xFE\xFF", 4);
     return "";
 }
 

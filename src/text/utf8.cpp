@@ -180,4 +180,23 @@ void appendUtf16Bytes(std::string& out, char32_t codePoint, ByteOrder order) {
     }
 }
 
+std::string fromUtf32Bytes(std::string_view bytes, ByteOrder order, bool& exact) {
+    std::string text;
+    text.reserve(bytes.size() / 4);
+    for (std::size_t at = 0; at + 4 <= bytes.size(); at += 4) {
+        char32_t codePoint = 0;
+        for (std::size_t i = 0; i < 4; ++i)
+            codePoint = codePoint << 8 |
+                        static_cast<unsigned char>(bytes[at + (order == ByteOrder::BigEndian ? i : 3 - i)]);
+        exact = exact && codePoint < 0x110000 && (codePoint & ~char32_t{0x7FF}) != 0xD800;
+        appendUtf8(text, codePoint);
+    }
+    return text;
+}
+
+void appendUtf32Bytes(std::string& out, char32_t codePoint, ByteOrder order) {
+    for (int i = 0; i < 4; ++i)
+        out.push_back(static_cast<char>(codePoint >> 8 * (order == ByteOrder::BigEndian ? 3 - i : i)));
+}
+
 } // namespace genutil::text

@@ -48,7 +48,13 @@ enum class ByteOrder { LittleEndian, BigEndian };
 // bytes each, as surrogateAt() takes them; an odd last byte is left out.
 std::string fromUtf16Bytes(std::string_view bytes, ByteOrder order);
 
+// The same of UTF-32; what is no character becomes U+FFFD and makes `exact` false. Up to three last bytes are
+// left out.
+std::string fromUtf32Bytes(std::string_view bytes, ByteOrder order, bool& exact);
+
 // Appends a character below U+110000, or a surrogate, in UTF-16 units.
 void appendUtf16Bytes(std::string& out, char32_t codePoint, ByteOrder order);
+// Appends a character in UTF-32.
+void appendUtf32Bytes(std::string& out, char32_t codePoint, ByteOrder order);
 
 } // namespace genutil::text
