@@ -1,7 +1,10 @@
 #include "display/c_display_loader.h"
 #include "support/display_world.h"
+#include "support/plot_facts.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace genutil;
 
@@ -200,6 +203,26 @@ TEST_F(DisplaySettings, HaveTheirFocusOrderAndHelpOfTheirOwnTopics) {
         EXPECT_EQ(order[0] + order[9] + order[12] + order[16] + order[17] + order[24],
             "chkGPSPointschkLSGPSVectorschkZoneBdyscmdCancelchkPoints0chkPoints7");
     });
+}
+
+TEST_F(DisplaySettings, HaveTheBoxesMenuItemsAndLegendThatTheProductDefines) {
+    ASSERT_EQ(displayBoxes().size(), std::size(fake::plotFacts));
+    for (const fake::PlotFact& fact : fake::plotFacts) {
+        const auto box = std::ranges::find(displayBoxes(), fact.control, &DisplayBox::control);
+        ASSERT_NE(box, displayBoxes().end()) << fact.control;
+        EXPECT_EQ(box->caption, fact.caption);
+        EXPECT_EQ(box->menuItem, fact.menuItem);
+        ASSERT_EQ(box->legend.control == nullptr, fact.width == 0) << fact.control;
+        if (fact.width == 0)
+            continue;
+        EXPECT_EQ(std::string(box->legend.control).substr(4), fact.control.substr(3));
+        EXPECT_EQ(
+            (std::array<int, 3>{box->legend.color.red, box->legend.color.green, box->legend.color.blue}),
+            fact.colour)
+            << fact.control;
+        EXPECT_EQ("-d.x"[int(box->legend.style)], fact.style) << fact.control;
+        EXPECT_EQ(box->legend.width, fact.width) << fact.control;
+    }
 }
 
 } // namespace

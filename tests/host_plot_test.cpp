@@ -2,6 +2,7 @@
 #include "host/help_window.h"
 #include "host/job_schema.h"
 #include "host/plot_view.h"
+#include "support/plot_facts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,6 +19,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <map>
 
 using namespace kestal;
 
@@ -89,6 +91,23 @@ TEST(Plot, TheProjectionOfAZoneAgreesWithKnownPlacesAndWithItsInverse) {
         const QPointF back = zone.toDegrees(grid);
         EXPECT_NEAR(back.x(), each.degrees.x(), 1e-9);
         EXPECT_NEAR(back.y(), each.degrees.y(), 1e-9);
+    }
+}
+
+TEST(Plot, LinesAndMenuAreThoseThatTheProductDefines) {
+    ASSERT_EQ(viewMarks().size(), std::size(genutil::fake::plotFacts));
+    const std::map<Qt::PenStyle, char> styles{
+        {Qt::DotLine, '.'}, {Qt::SolidLine, '-'}, {Qt::DashLine, 'd'}, {Qt::DashDotLine, 'x'}};
+    for (const genutil::fake::PlotFact& fact : genutil::fake::plotFacts) {
+        const auto mark = std::ranges::find(viewMarks(), fact.menuItem, &ViewMark::name);
+        ASSERT_NE(mark, viewMarks().end()) << fact.menuItem;
+        if (fact.width == 0)
+            continue;
+        const QPen pen = linePen(static_cast<Mark>(mark - viewMarks().begin()));
+        EXPECT_EQ((std::array{pen.color().red(), pen.color().green(), pen.color().blue()}), fact.colour)
+            << fact.caption;
+        EXPECT_EQ(styles.at(pen.style()), fact.style) << fact.caption;
+        EXPECT_EQ(pen.width(), fact.width) << fact.caption;
     }
 }
 

@@ -1,11 +1,12 @@
 #include "lsoptions/c_ls_opts_loader.h"
 #include "lsoptions/ls_numbers.h"
 #include "support/error_of.h"
+#include "support/ls_facts.h"
 #include "support/ls_world.h"
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <algorithm>
 
 using namespace genutil;
 
@@ -13,25 +14,59 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-TEST(LSOptionTable, NamesEveryOptionOnceAndOrdersEachOfTheDialog) {
-    std::set<std::string_view> names, controls;
-    for (int number = 1; number <= 53; ++number) {
-        EXPECT_EQ(lsOption(number).number, number);
-        EXPECT_TRUE(names.insert(lsOption(number).name()).second) << number;
-        EXPECT_TRUE(controls.insert(lsOption(number).control).second) << number;
+// The box of an option as the sheet writes it down.
+std::string boxOf(const LSOption& option) {
+    return {"-SDPFCT"[int(option.format)], "-0BL"[int(option.check)], "-23"[int(option.row)]};
+}
+// The column that an option stands in, and the caption of its row; or its group and the caption beside it.
+std::pair<char, std::string_view> placeOf(int option) {
+    for (const LSObservation& row : lsObservations()) {
+        const int columns[] = {row.deviation, row.perMillion, row.firstCentring, row.secondCentring};
+        if (const auto* at = std::ranges::find(columns, option); at != std::end(columns))
+            return {"op12"[at - columns], row.caption};
     }
-    for (const LSOrder* order :
-        {&lsLoadOrder(), &lsDefaultLoadOrder(), &lsSaveOrder(), &lsDefaultSaveOrder()})
-        EXPECT_EQ(std::set<int>(order->begin(), order->end()).size(), 48u);
-    EXPECT_EQ(std::set<int>(lsFocusOrder().begin(), lsFocusOrder().end()).size(), 48u);
-    const auto place = [](const LSOrder& order, std::string_view name) {
-        return std::ranges::find(order, name, [](int n) { return lsOption(n).name(); }) - order.begin();
+    for (const LSGroup& group : lsGroups())
+        for (const LSCaption& each : group.options)
+            if (each.option == option)
+                return {"ctvlg"[int(group.frame)], each.caption};
+    return {' ', lsOption(option).kind == LSControl::Check ? lsCheckCaption(option) : ""};
+}
+
+TEST(LSOptionTable, SaysOfEachOptionWhatTheProductDefines) {
+    for (int number = 1; number <= 53; ++number) {
+        const LSOption& option = lsOption(number);
+        const fake::LSFact& fact = fake::lsFacts[number - 1];
+        SCOPED_TRACE(fact.member);
+        EXPECT_EQ(option.number, number);
+        EXPECT_EQ(option.name(), fact.member);
+        EXPECT_EQ("dsilbt"[option.member.index()], fact.type);
+        EXPECT_EQ(boxOf(option), fact.box);
+        EXPECT_EQ(lsHelpTopic(number), fact.topic);
+        if (number > 48)
+            continue;
+        EXPECT_EQ(std::string_view(option.control), fact.control);
+        EXPECT_EQ(std::string_view(option.unit), fact.unit);
+        EXPECT_EQ(placeOf(number), std::pair(fact.column, fact.caption));
+        const auto focus = std::ranges::find(lsFocusOrder(), number, &LSFocus::option);
+        EXPECT_TRUE(fact.focus == 0 ? focus->number > 30 : focus->number == fact.focus) << focus->number;
+    }
+}
+
+TEST(LSOptionTable, OrdersLoadingAndSavingAsHandlersNeedIt) {
+    std::vector<std::string_view> wanted(std::begin(fake::lsLoadFacts), std::end(fake::lsLoadFacts));
+    const auto names = [](const LSOrder& order) {
+        std::vector<std::string_view> all;
+        for (const int number : order)
+            all.push_back(lsOption(number).name());
+        return all;
     };
-    EXPECT_LT(place(lsLoadOrder(), "ScaleEE"), place(lsLoadOrder(), "AutoRescale"));
-    EXPECT_EQ(place(lsLoadOrder(), "OutlierTest") + 1, place(lsLoadOrder(), "Corrections"));
-    for (const LSOrder* order : {&lsDefaultLoadOrder(), &lsSaveOrder(), &lsDefaultSaveOrder()})
-        EXPECT_EQ(place(*order, "Corrections") + 1, place(*order, "OutlierTest"));
-    EXPECT_EQ(place(lsDefaultSaveOrder(), "ConvLimitV") + 1, place(lsDefaultSaveOrder(), "Iterations"));
+    EXPECT_EQ(names(lsLoadOrder()), wanted);
+    std::swap(*std::ranges::find(wanted, "Corrections"), *std::ranges::find(wanted, "OutlierTest"));
+    EXPECT_EQ(names(lsDefaultLoadOrder()), wanted);
+    EXPECT_EQ(names(lsSaveOrder()), wanted);
+    wanted.erase(std::ranges::find(wanted, "Iterations"));
+    wanted.insert(std::ranges::find(wanted, "ConvLimitV") + 1, "Iterations");
+    EXPECT_EQ(names(lsDefaultSaveOrder()), wanted);
 }
 
 struct LSDialog : ::testing::Test, fake::LSWorld {
@@ -291,6 +326,17 @@ TEST_F(LSDialog, FailsBeforeItIsShownOnWhatItCannotUse) {
     EXPECT_FALSE(saved);
 }
 
+TEST_F(LSDialog, HandsTheLabelsOfItsListsToInstantHelpInTheirOrder) {
+    show(1, [&](frmLS_Options&) {
+        std::string attached;
+        for (const std::string& call : host.log)
+            if (call.starts_with("AttachComboLabel "))
+                attached +=
+                    call.substr(call.rfind(" cbo") + 4) + (call.find("lblDummyCbo") != call.npos ? " " : "?");
+        EXPECT_EQ(attached, "ChiSquared Corrections Ellipses Iterations MDE Outliers OutlierTest ");
+    });
+}
+
 TEST_F(LSDialog, LeavesTheHostsChoiceWhenNothingIsSaved) {
     desktop.answers = {Answer::No, Answer::Yes};
     const RecordPtr before = options;
@@ -298,6 +344,8 @@ TEST_F(LSDialog, LeavesTheHostsChoiceWhenNothingIsSaved) {
         form.listOf(29).userSelect(4);
         form.cmdCancel.userPress();
         EXPECT_TRUE(form.isLoaded()) << "answered No";
+        EXPECT_EQ(desktop.messages.back().defaultAnswer, Answer::No);
+        EXPECT_EQ(desktop.messages.back().icon, Icon::Question);
         form.cmdCancel.userPress();
         EXPECT_FALSE(form.isLoaded());
     });

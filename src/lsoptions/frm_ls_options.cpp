@@ -12,7 +12,7 @@ constexpr HelpTopics helpTopics{8300, 8301, 8330, 19004, 19006};
 constexpr int defaultsTopic = 8313;
 
 // The lists in the order in which their labels are handed to instant help.
-constexpr std::array labelledLists{29, 28, 15, 30, 31, 32, 48};
+constexpr std::array labelledLists{29, 28, 30, 15, 31, 32, 48};
 // What the state at the end of loading is taken of.
 constexpr std::array watched{7, 6, 4, 5, 3, 26, 27, 15, 48, 28, 32, 29, 30, 31};
 
@@ -70,20 +70,20 @@ void frmLS_Options::makeControls() {
     for (const LSOption& option : lsOptions())
         if (option.kind != LSControl::PointSave)
             controls_[std::size_t(option.number) - 1] = findControl(option.control);
-    int next = 1;
-    for (const int option : lsFocusOrder()) {
-        Control& control = *controls_[std::size_t(option) - 1];
-        control.tabIndex = next++;
-        control.toolTip = lsToolTip(lsOption(option));
-        control.helpContextId = lsHelpTopic(option);
+    for (const LSFocus& each : lsFocusOrder()) {
+        Control& control = *controls_[std::size_t(each.option) - 1];
+        control.tabIndex = each.number;
+        control.toolTip = lsToolTip(lsOption(each.option));
+        control.helpContextId = lsHelpTopic(each.option);
     }
     for (std::size_t i = 0; i < lists.size(); ++i)
         dummyLabels[i].helpContextId = lists[i].helpContextId;
     cmdOK.helpContextId = helpTopics.firstShared;
     cmdCancel.helpContextId = helpTopics.lastShared;
     cmdDefaults.helpContextId = defaultsTopic;
+    int next = lsFocusOrder().back().number;
     for (Button* button : {&cmdOK, &cmdCancel, &cmdDefaults})
-        button->tabIndex = next++;
+        button->tabIndex = ++next;
 }
 
 std::string frmLS_Options::tagOf(const LSOption& option) const {

@@ -25,8 +25,8 @@ constexpr std::array<LSCaption, 1> belowDeviations{
     {{"lblConstrFactor", "'Fixed' obs Constraint Factor: StdDev /", 25}}};
 constexpr std::array<LSCaption, 2> tolerances{
     {{"lblProvPtToleranceH", "Horizontal (m)", 1}, {"lblProvPtToleranceV", "Vertical (m)", 2}}};
-constexpr std::array<LSCaption, 3> convergence{{{"lblIterations", "Iteration Limit", 15},
-    {"lblConvergeLimitH", "Horizontal (m)", 8}, {"lblConvergeLimitV", "Vertical (m)", 9}}};
+constexpr std::array<LSCaption, 3> convergence{{{"lblConvergeLimitH", "Horizontal (m)", 8},
+    {"lblConvergeLimitV", "Vertical (m)", 9}, {"lblIterations", "Iteration Limit", 15}}};
 constexpr std::array<LSCaption, 4> confidence{
     {{"lblChiSquared", "Chi-Squared Test", 29}, {"lblEllipses", "Error Ellipses", 30},
         {"lblMDE", "MDEs 2-tail/1-tail", 31}, {"lblOutlierDetect", "Outlier Detection", 32}}};
@@ -75,16 +75,22 @@ constexpr std::array<TopicRange, 22> topics{{{1, 2, topic::tolerance}, {3, 3, to
     {26, 26, topic::rescaling}, {27, 27, topic::relaxing}, {28, 28, topic::label},
     {29, 32, topic::confidence}, {33, 47, topic::centring}, {48, 48, topic::outlierTest}, {49, 53, 0}}};
 
-std::vector<int> focusOrder() {
-    std::vector<int> order;
+// The standard deviations are numbered from 1, what belongs to them on the form next; the limits from 39.
+constexpr int firstLimitFocus = 39;
+
+std::vector<LSFocus> focusOrder() {
+    std::vector<LSFocus> order;
+    int next = 1;
     const auto add = [&](int option) {
         if (option != 0)
-            order.push_back(option);
+            order.push_back({option, next++});
     };
     for (const LSObservation& row : observations)
         for (const int option : {row.deviation, row.perMillion, row.firstCentring, row.secondCentring})
             add(option);
     for (const LSGroup& group : groups) {
+        if (group.frame == LSFrame::Tolerance)
+            next = firstLimitFocus;
         for (const LSCaption& each : group.options)
             add(each.option);
         for (const int option : group.checks)
@@ -117,8 +123,8 @@ int lsHelpTopic(int option) {
     throw Error(errors::OutOfRange, "There is no option " + std::to_string(option));
 }
 
-std::span<const int> lsFocusOrder() {
-    static const std::vector<int> order = focusOrder();
+std::span<const LSFocus> lsFocusOrder() {
+    static const std::vector<LSFocus> order = focusOrder();
     return order;
 }
 

@@ -40,8 +40,12 @@ std::string_view lsCheckCaption(int option);
 // The help topic of an option's control; controls of one kind share theirs.
 int lsHelpTopic(int option);
 
-// All options of the dialog in the order in which Tab moves through them.
-std::span<const int> lsFocusOrder();
+// An option's number in the order in which Tab moves through the dialog; numbers rise, but some are left out.
+struct LSFocus {
+    int option;
+    int number;
+};
+std::span<const LSFocus> lsFocusOrder();
 
 inline constexpr const char* spatialTag = "3D";
 inline constexpr const char* deviationTag = "StdDev";

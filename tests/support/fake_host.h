@@ -176,7 +176,9 @@ struct FakeInstantHelp : InstantHelp {
     }
     void ShowControlHelp(Form&, Control& control) override { host.call("ShowControlHelp", control.name()); }
     void ShowFormHelp(Form& form) override { host.call("ShowFormHelp", form.name()); }
-    void AttachComboLabel(Control&, Control&) override { host.call("AttachComboLabel"); }
+    void AttachComboLabel(Control& label, Control& list) override {
+        host.call("AttachComboLabel", label.name() + " " + list.name());
+    }
 };
 
 class FakeHost : public ObjectFactory, public HostState {
