@@ -84,6 +84,52 @@ TEST_F(SqliteJobs, KeepWhatIsEditedAndAdded) {
     EXPECT_EQ(details->field("Odd \"name"), Value("c"));
 }
 
+TEST_F(SqliteJobs, ThatAnotherProgramHasChangedAreNotWrittenOverUnseen) {
+    const auto details = open(false)->OpenRecordset("JobDetails");
+    const auto save = [&](const char* field, const Value& value) {
+        std::string reason;
+        try {
+            details->Edit();
+            details->setField(field, value);
+            details->Update();
+        } catch (const Error& error) {
+            reason = std::to_string(error.number()) + " " + error.description();
+        }
+        return reason;
+    };
+    EXPECT_EQ(details->field("Zone"), Value(std::int32_t{56}));
+    run("UPDATE JobDetails SET Zone = 55, NValue = 1 WHERE Zone = 56");
+    EXPECT_EQ(save("NValue", 2.5), "") << "was not looked at";
+    const std::string changed = save("Zone", std::int32_t{57});
+    EXPECT_TRUE(changed.starts_with("3197 The field Zone of record 1 ")) << changed;
+    EXPECT_TRUE(changed.find("was '56' when") != changed.npos && changed.find("made it '55'") != changed.npos)
+        << changed;
+    EXPECT_EQ(save("Zone", std::int32_t{57}), "") << "the user has been told";
+    EXPECT_EQ(save("Zone", std::int32_t{58}), "") << "nobody else has changed it";
+    EXPECT_EQ(details->field("Zone"), Value(std::int32_t{58}));
+    run("UPDATE JobDetails SET Zone = 59 WHERE Zone = 58");
+    EXPECT_EQ(save("Zone", std::int32_t{59}), "") << "the same value";
+
+    run("DELETE FROM JobDetails WHERE Zone = 59");
+    const std::string deleted = save("Zone", std::int32_t{60});
+    EXPECT_TRUE(deleted.starts_with("3167 record 1 ")) << deleted;
+    EXPECT_EQ(details->RecordCount(), 1);
+    details->MoveFirst();
+    EXPECT_EQ(details->field("Zone"), Value(5e9)) << "the next one";
+
+    const auto first = open(false)->OpenRecordset("AlphaIds"),
+               second = open(false)->OpenRecordset("AlphaIds");
+    const auto add = [](Recordset& records) {
+        records.AddNew();
+        records.setField("AlphaId", "A");
+        return errorOf([&] { records.Update(); });
+    };
+    EXPECT_EQ(add(*first), 0);
+    EXPECT_EQ(add(*second), errors::RecordChanged);
+    EXPECT_EQ(second->RecordCount(), 1) << "seen now";
+    EXPECT_EQ(add(*second), 0);
+}
+
 TEST_F(SqliteJobs, RefuseWithTheErrorThatFits) {
     const auto database = open(false);
     const auto details = database->OpenRecordset("JobDetails");

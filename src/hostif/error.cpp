@@ -37,6 +37,8 @@ constexpr std::array descriptions{
     Described{errors::AutomationError, "Automation error"},
     Described{errors::NoCurrentRecord, "No current record"},
     Described{errors::ReadOnlyDatabase, "The database or the record set is read-only"},
+    Described{errors::RecordDeleted, "The record has been deleted"},
+    Described{errors::RecordChanged, "The record has been changed by another user"},
     Described{errors::TableNotFound, "The table is not in the database"},
     Described{errors::DatabaseLocked, "The database is locked by another user"},
     Described{errors::ItemNotFound, "The item is not in this collection"},

@@ -120,6 +120,20 @@ void Connection::fail(int code) const {
     throw Error(errorNumber(code), name + (handle_ ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code)));
 }
 
+Transaction::Transaction(const Connection& connection) : connection_(connection) {
+    Statement(connection, "BEGIN IMMEDIATE").next();
+}
+
+Transaction::~Transaction() {
+    if (isOpen_)
+        sqlite3_exec(connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::commit() {
+    Statement(connection_, "COMMIT").next();
+    isOpen_ = false;
+}
+
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
     sqlite3_finalize(statement);
 }

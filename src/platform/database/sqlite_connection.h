@@ -43,6 +43,21 @@ private:
     std::unique_ptr<sqlite3, Close> handle_;
 };
 
+// A change of several steps, which others see whole or not at all; nobody else writes from its beginning to
+// its end. Undone unless it is committed. Throws as statements do.
+class Transaction {
+public:
+    explicit Transaction(const Connection& connection);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void commit();
+
+private:
+    const Connection& connection_;
+    bool isOpen_ = true;
+};
+
 // One SQL statement; the connection must live longer.
 class Statement {
 public:

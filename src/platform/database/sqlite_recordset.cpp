@@ -16,6 +16,9 @@ bool isNumberType(std::string type) {
     return has("INT") || !(type.empty() || has("CHAR") || has("CLOB") || has("TEXT") || has("BLOB"));
 }
 
+// Beyond so many records what was read of them is forgotten, and a change by others not noticed.
+constexpr std::size_t mostRemembered = 1'000;
+
 } // namespace
 
 RecordsetOfTable::RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table)
@@ -23,9 +26,15 @@ RecordsetOfTable::RecordsetOfTable(std::shared_ptr<Connection> connection, const
       rowOfNumber_(*connection_, "SELECT * FROM " + table_ + " WHERE rowid = ?") {
     for (int i = 0; i < rowOfNumber_.columnCount(); ++i)
         fields_.push_back(rowOfNumber_.columnName(i));
+    rows_ = rowsOfTable();
+}
+
+std::vector<std::int64_t> RecordsetOfTable::rowsOfTable() {
+    std::vector<std::int64_t> numbers;
     Statement rows(*connection_, "SELECT rowid FROM " + table_ + " ORDER BY rowid");
     while (rows.next())
-        rows_.push_back(rows.number(0));
+        numbers.push_back(rows.number(0));
+    return numbers;
 }
 
 void RecordsetOfTable::needRecord(bool isThere) const {
@@ -89,8 +98,14 @@ Value RecordsetOfTable::field(std::string_view name) {
         if (change_ == Change::Add)
             return Null();
     }
-    if (const auto& value = currentRecord()[index])
+    if (const auto& value = currentRecord()[index]) {
+        if (!connection_->isReadOnly()) {
+            if (given_.size() >= mostRemembered)
+                given_.clear();
+            given_[rows_[current_]].insert_or_assign(index, *value);
+        }
         return *value;
+    }
     throw Error(errors::TypeMismatch, "The field '" + fields_[index] + "' of '" + connection_->path() +
                                           "' holds neither a number nor a text");
 }
@@ -102,8 +117,7 @@ const std::vector<std::optional<Value>>& RecordsetOfTable::currentRecord() {
         rowOfNumber_.reset();
         rowOfNumber_.bind(0, rows_[current_]);
         if (!rowOfNumber_.next())
-            throw Error(errors::NoCurrentRecord, "The current record of the table " + table_ + " in '" +
-                                                     connection_->path() + "' is not there any more");
+            throw Error(errors::RecordDeleted, recordName() + " has been deleted by another program");
         std::vector<std::optional<Value>> record;
         for (int i = 0; i < rowOfNumber_.columnCount(); ++i)
             record.push_back(rowOfNumber_.value(i));
@@ -167,9 +181,60 @@ bool RecordsetOfTable::isNumeric(std::size_t field) {
     return numeric_[field];
 }
 
+// Called within a transaction, so that nothing changes between the look and the writing.
+void RecordsetOfTable::refuseUnseenChanges() {
+    const std::int64_t row = rows_[current_];
+    record_.clear();
+    try {
+        currentRecord();
+    } catch (const Error& error) {
+        if (error.number() != errors::RecordDeleted)
+            throw;
+        rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(current_));
+        goTo(rows_.size());
+        throw;
+    }
+    for (auto& [index, given] : given_[row]) {
+        const auto& now = record_[index];
+        if (!now || *now == given || !changed_.contains(index) || changed_.at(index) == *now)
+            continue;
+        const auto shown = [](const Value& value) {
+            return value.isNull() ? "empty" : "'" + value.toText() + "'";
+        };
+        const std::string text = "The field " + fields_[index] + " of " + recordName() + " was " +
+                                 shown(given) + " when it was read, and another program has made it " +
+                                 shown(*now) + "; saving again writes over that";
+        given_.erase(row);
+        throw Error(errors::RecordChanged, text);
+    }
+}
+
+// Records that were added here are among rows_ already. In a table of many records one more hides nothing.
+void RecordsetOfTable::refuseUnseenRecords() {
+    if (rows_.size() >= mostRemembered)
+        return;
+    std::vector<std::int64_t> now = rowsOfTable();
+    const bool isSeen =
+        std::ranges::all_of(now, [&](std::int64_t row) { return std::ranges::count(rows_, row) > 0; });
+    if (isSeen)
+        return;
+    rows_ = std::move(now);
+    goTo(rows_.size());
+    throw Error(errors::RecordChanged, "Another program has added a record to the table " + table_ + " of '" +
+                                           connection_->path() +
+                                           "' meanwhile; saving again takes it into account");
+}
+
+std::string RecordsetOfTable::recordName() const {
+    return "record " + std::to_string(current_ + 1) + " of the table " + table_ + " in '" +
+           connection_->path() + "'";
+}
+
 void RecordsetOfTable::Update() {
     needChange();
     if (change_ == Change::Add || !changed_.empty()) {
+        Transaction transaction(*connection_);
+        change_ == Change::Edit ? refuseUnseenChanges() : refuseUnseenRecords();
         Statement statement(*connection_, changeSql());
         int parameter = 0;
         for (const auto& [index, value] : changed_)
@@ -177,9 +242,14 @@ void RecordsetOfTable::Update() {
         if (change_ == Change::Edit)
             statement.bind(parameter, rows_[current_]);
         statement.next();
+        transaction.commit();
+        if (change_ == Change::Edit)
+            for (const auto& change : changed_)
+                given_[rows_[current_]].erase(
+                    change.first); // what the database has made of it is not known yet
+        else
+            rows_.push_back(connection_->lastRow());
     }
-    if (change_ == Change::Add)
-        rows_.push_back(connection_->lastRow());
     goTo(current_);
 }
 

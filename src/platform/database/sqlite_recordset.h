@@ -15,8 +15,12 @@ namespace genutil::sqlite {
 // is read when it becomes the current one. Changes are kept until Update writes them; moving gives them up.
 // A text that is a number in the notation of the user's locale becomes that number in a column of numbers, as
 // one with a decimal point does whatever the locale; any other text stays one.
-// Edit, AddNew and Update throw ReadOnlyDatabase where the database was opened so; setField and Update
-// without Edit or AddNew before throw InvalidCall.
+// What another program has done since the reading is not written over unseen. Update throws RecordChanged,
+// naming the field and both values, where a field that it writes does not hold what field() gave last, and
+// where the table has gained records before one is added; RecordDeleted where the record has gone. The next
+// Update of the record, or the next record, then counts with what is there now. Edit, AddNew and Update throw
+// ReadOnlyDatabase where the database was opened so; setField and Update without Edit or AddNew before throw
+// InvalidCall.
 class RecordsetOfTable : public Recordset {
 public:
     RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table);
@@ -42,6 +46,10 @@ private:
     const std::vector<std::optional<Value>>& currentRecord();
     std::size_t fieldIndex(std::string_view name) const;
     std::string changeSql() const;
+    std::vector<std::int64_t> rowsOfTable();
+    std::string recordName() const;
+    void refuseUnseenChanges();
+    void refuseUnseenRecords();
     Value stored(std::size_t field, const Value& value);
     bool isNumeric(std::size_t field);
 
@@ -52,7 +60,8 @@ private:
     std::vector<bool> numeric_;      // by field; no values: not known yet
     std::vector<std::int64_t> rows_; // their numbers in the table
     std::size_t current_ = 0;
-    std::vector<std::optional<Value>> record_; // the current one; no values: not read yet
+    std::vector<std::optional<Value>> record_;                   // the current one; no values: not read yet
+    std::map<std::int64_t, std::map<std::size_t, Value>> given_; // by row and field, what field() gave last
     Change change_ = Change::None;
     std::map<std::size_t, Value> changed_; // by field
 };
