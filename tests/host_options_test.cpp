@@ -24,6 +24,7 @@ namespace {
 
 std::string answerOf(const QString& job, const char* sql) {
     QProcess program;
+    program.setProcessChannelMode(QProcess::MergedChannels);
     program.start("sqlite3", {job, sql});
     EXPECT_TRUE(program.waitForFinished(10000));
     return program.readAll().trimmed().toStdString();
@@ -44,14 +45,15 @@ TEST_F(HostWithComponent, LeastSquaresOptionsAreStoredWhereTheyWereEdited) {
         EXPECT_TRUE(component.editLsOptions(mode, dataMode, job)) << "mode " << mode;
         EXPECT_EQ(visitor.visited(), 1) << visitor.failure();
     };
-    edit(ls_modes::JobAndSet, 0, "2.25");
     edit(ls_modes::Page, 4, "3.5");
+    answerOf(path("options.gdb"), "INSERT INTO DataHeader (FileType) VALUES ('damaged')");
+    edit(ls_modes::JobAndSet, 0, "2.25"); // the job's, though a page's record stands before it
     edit(ls_modes::Page, 4, "3.75");
     EXPECT_EQ(
         answerOf(path("options.gdb"),
             "SELECT FileType, AzimuthSD, typeof(AzimuthSD), Dump <> 0, ConfLevelChiSquared, Iterations, "
             "Corrections, ConvLimitH, VectorsCentV, SaveDBPoints FROM DataHeader"),
-        "|2.25|real|1|999.0|10|1|0.0005|0.0|\n1|3.75|real|0|999.0|10|1|0.0005|0.0|");
+        "1|3.75|real|0|999.0|10|1|0.0005|0.0|\ndamaged||null|||||||\n|2.25|real|1|999.0|10|1|0.0005|0.0|");
     EXPECT_EQ(host_->lsOptions->text("AzimuthSD"), "10") << "a job's options are no preferences";
 
     edit(ls_modes::Preferences, 0, "4.5");
@@ -105,6 +107,32 @@ TEST_F(HostWithComponent, OptionsThatCannotBeStoredStayOnTheScreen) {
     EXPECT_TRUE(component.editLsOptions(ls_modes::JobAndSet, 0, job));
     EXPECT_TRUE(stays) << visitor.failure();
     EXPECT_EQ(answerOf(path("locked.gdb"), "SELECT AzimuthSD FROM DataHeader"), "7.0");
+}
+
+TEST_F(HostWithComponent, OptionsThatAnotherProgramHasChangedAreWrittenOverOnlyWhenTheUserInsists) {
+    createJob(file("shared.gdb"));
+    CurrentJob job;
+    job.open(path("shared.gdb"));
+    ComponentAccess component(host_);
+    const auto edit = [&](const char* meanwhile, const char* seconds, const char* reason) {
+        bool stays = false;
+        const WindowVisitor visitor([&](QWidget& window) {
+            EXPECT_EQ(answerOf(path("shared.gdb"), meanwhile), "");
+            type(window, "txtSDAzimuth", seconds);
+            press<QPushButton>(window, "cmdOK");
+            stays = window.isVisible();
+            press<QPushButton>(window, "cmdOK");
+        });
+        EXPECT_TRUE(component.editLsOptions(ls_modes::JobAndSet, 0, job)) << visitor.failure();
+        EXPECT_TRUE(stays) << meanwhile;
+        std::ifstream log(file("kestal.log"));
+        EXPECT_THAT(std::string(std::istreambuf_iterator<char>(log), {}), HasSubstr(reason));
+    };
+    edit("INSERT INTO DataHeader (AzimuthSD) VALUES (6)", "7",
+        "Another program has added a record to the table");
+    edit("UPDATE DataHeader SET DisPPM = 6", "8", "The field DisPPM of record 1 of the table");
+    edit("DELETE FROM DataHeader", "9", "has been deleted by another program");
+    EXPECT_EQ(answerOf(path("shared.gdb"), "SELECT AzimuthSD, DisPPM FROM DataHeader"), "9.0|10.0");
 }
 
 TEST_F(HostWithComponent, OptionsOfAJobOfAnEarlierVersionAreShownAndNotStored) {

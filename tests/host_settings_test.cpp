@@ -267,6 +267,45 @@ TEST_F(HostSettings, TheStoreTakesTheChosenSettingsIntoTheFileInOneStep) {
     EXPECT_EQ(refusal(), "") << "the file is free again";
 }
 
+TEST_F(HostSettings, AHostStoresWhatItsUserHasChangedOverWhatOthersHaveStoredSince) {
+    const auto first = makeHost(), second = makeHost();
+    first->marks.choose(Mark::Heights, true);
+    first->keepMarks();
+    second->marks.choose(Mark::Geoid, true);
+    second->keepMarks();
+    const auto change = [](Host& host, const char* option, double value) {
+        const auto options = Ref<RecordObject>::adopt(host.lsOptions->clone());
+        options->set(option, Variant(value));
+        host.takeLsOptions(options.get());
+    };
+    change(*first, "AngleSD", 3);
+    change(*second, "AzimuthSD", 4);
+    change(*second, "AngleSD", 5);
+    change(*first, "AngleSD", 10); // its default again, which the file has no more
+    const auto later = makeHost();
+    EXPECT_TRUE(later->marks.isSet(Mark::Heights) && later->marks.isSet(Mark::Geoid));
+    EXPECT_EQ(later->lsOptions->text("AzimuthSD"), "4");
+    EXPECT_EQ(later->lsOptions->text("AngleSD"), "10");
+}
+
+TEST_F(HostSettings, ThatCannotBeStoredAreToldOfOnceUntilOneIs) {
+    const auto host = makeHost();
+    std::vector<std::string> told;
+    host->showProblem = [&](const QString& problem) { told.push_back(problem.toStdString()); };
+    put(settings(), "no setting\n");
+    host->marks.choose(Mark::Geoid, true);
+    host->keepMarks();
+    host->setInstantHelp(true);
+    EXPECT_THAT(told, testing::ElementsAre(HasSubstr("What the plot shows cannot be stored")));
+    put(settings(), "");
+    host->marks.choose(Mark::Geoid, false);
+    host->keepMarks();
+    put(settings(), "no setting\n");
+    host->setInstantHelp(false);
+    host->setInstantHelp(true);
+    EXPECT_EQ(told.size(), 2u);
+}
+
 TEST_F(HostSettings, DialogsReadAndPutTheMarksOfTheViewMenuByName) {
     const auto host = makeHost();
     const auto object = makeScreenFormObject(host);

@@ -20,6 +20,7 @@ using k_genutil::Variant;
 /// Error numbers that host objects raise.
 namespace errors {
 inline constexpr int InvalidCall = 5;
+inline constexpr int Overflow = 6;
 inline constexpr int TypeMismatch = 13;
 inline constexpr int FileNotFound = 53;
 inline constexpr int PathAccess = 75;

@@ -190,7 +190,8 @@ struct LsOptionsCall {
     LsOptionsCall(Host& owner, std::int16_t optionsMode, const CurrentJob& current)
         : host(owner), mode(optionsMode) {
         if (mode != ls_modes::Preferences)
-            header = current.openTable(job_tables::DataHeader);
+            header =
+                current.openOptions(mode == ls_modes::Page ? OptionRecords::OfPages : OptionRecords::OfJob);
     }
     // True when the options were saved; the preferences are then in the settings.
     bool finish() const {

@@ -59,9 +59,12 @@ void CurrentJob::open(const QString& path) {
     *this = std::move(next);
 }
 
-Ref<IDispatch> CurrentJob::openTable(const char* table) const {
-    const Variant opened = LateBound(database.get()).call("OpenRecordset", {Variant(table)});
-    return Ref<IDispatch>::share(objectOf(opened));
+Ref<IDispatch> CurrentJob::openOptions(OptionRecords kind) const {
+    try {
+        return makeRecordsetObject(optionRecords(tables->OpenRecordset(job_tables::DataHeader), kind));
+    } catch (const genutil::Error& error) {
+        throw AutomationError(error.number(), error.description());
+    }
 }
 
 bool CurrentJob::hasAlphaIds() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/option_records.h"
 #include "host/record_object.h"
 #include "hostif/database.h"
 
@@ -21,9 +22,9 @@ public:
     /// which names file and reason.
     void open(const QString& path);
     void close() { *this = {}; }
-    /// A recordset of a table of the open job. AutomationError, which names the table and the job's file,
+    /// A recordset of the options of the open job. AutomationError, which names the table and the job's file,
     /// where the job has none.
-    Ref<IDispatch> openTable(const char* table) const;
+    Ref<IDispatch> openOptions(OptionRecords kind) const;
     /// Whether any point has a name.
     bool hasAlphaIds() const;
 

@@ -117,6 +117,9 @@ void Host::readSettings() {
     };
     read({section, viewState, "0"}, [this](const Variant& value) { prog->set(viewState, value); });
     read(instantHelp(false), [this](const Variant& value) { instantHelpOn = truthOf(value); });
+    for (const auto& known : {lsOptionSettings(*lsOptions.get()), generalPreferenceSettings(*genPrefs.get()),
+             marks.knownSettings(stored), programSettings(prog.get()), std::vector{instantHelp(instantHelpOn)}})
+        knownSettings.note(known);
 }
 
 void Host::beginDataPath() {
@@ -153,9 +156,32 @@ void Host::keep(const Setting& setting) {
     }
 }
 
+// Throws where the settings cannot be stored; nothing is stored then.
+void Host::store(const std::vector<Setting>& settings) {
+    const std::vector<Setting> changed = knownSettings.changedIn(settings);
+    if (changed.empty())
+        return;
+    storeSettings(paths.settings.toStdString(), changed);
+    knownSettings.note(changed);
+}
+
+// The user is told once that choices are lost, and again when that has been otherwise in between.
+void Host::storeChoice(const QString& what, const std::vector<Setting>& settings) {
+    try {
+        store(settings);
+        toldOfLoss_ = false;
+    } catch (const std::exception& error) {
+        const QString problem = what + " cannot be stored: " + error.what();
+        if (std::exchange(toldOfLoss_, true))
+            log.write(problem);
+        else
+            report(problem, choiceIsTemporary);
+    }
+}
+
 void Host::setInstantHelp(bool on) {
     instantHelpOn = on;
-    keep(instantHelp(on));
+    storeChoice("The choice of instant help", {instantHelp(on)});
     if (instantHelpChanged)
         instantHelpChanged(on);
 }
@@ -164,17 +190,13 @@ void Host::keepMarks() {
     if (!marks.isChanged())
         return;
     marks.keep();
-    try {
-        storeSettings(paths.settings.toStdString(), marks.settings());
-    } catch (const std::exception& error) {
-        log.write(QString("The marks of the View menu are not stored: %1").arg(error.what()));
-    }
+    storeChoice("What the plot shows", marks.settings());
 }
 
 void Host::takeProgram(IDispatch* changed) {
     prog->copyFrom(changed);
     prog->set("Changed", Variant(false));
-    storeSettings(paths.settings.toStdString(), programSettings(prog.get()));
+    store(programSettings(prog.get()));
 }
 
 std::vector<Setting> Host::programSettings(IDispatch* program) const {
@@ -183,7 +205,7 @@ std::vector<Setting> Host::programSettings(IDispatch* program) const {
 
 void Host::takeLsOptions(IDispatch* changed) {
     lsOptions->copyFrom(changed);
-    storeSettings(paths.settings.toStdString(), lsOptionSettings(*lsOptions.get()));
+    store(lsOptionSettings(*lsOptions.get()));
 }
 
 void Host::takePreferences(IDispatch* preferences, IDispatch* options, IDispatch* program) {

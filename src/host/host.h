@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/help_texts.h"
+#include "host/known_settings.h"
 #include "host/log_file.h"
 #include "host/reading_problem.h"
 #include "host/record_object.h"
@@ -30,6 +31,9 @@ struct HostPaths {
     /// the executable and that of the source tree. Needs the application object.
     static HostPaths standard();
 };
+
+/// What a user is told whose choices cannot be stored.
+inline constexpr const char* choiceIsTemporary = "What you have chosen holds until the program ends.";
 
 /// What the procedure reported in which an error began; null where the reports do not say more than the
 /// error's description. On its way to the caller an error is described by its number alone.
@@ -72,11 +76,10 @@ public:
     /// Stores it. A setting that cannot be stored is logged.
     void setDataPath(const QString& folder);
 
-    /// Switches instant help on or off and tells the window. The choice is stored; one that cannot be is
-    /// logged.
+    /// Switches instant help on or off and tells the window. The choice is stored.
     void setInstantHelp(bool on);
 
-    /// Stores marks that were changed. Marks that cannot be stored are logged, once for each change.
+    /// Stores marks that were changed.
     void keepMarks();
 
     /// Takes over the values of a program object that a dialog has changed, and stores those that outlive the
@@ -96,6 +99,9 @@ public:
     /// or, with "", for none. It follows the data folder from then on.
     void placeListFolder(const std::string& jobPath);
 
+    /// What this program has read from the settings, and stored in them.
+    KnownSettings knownSettings;
+
     /// The change of the settings that a dialog is making: set from OpenSettingsStore to CloseSettingsStore.
     std::unique_ptr<SettingsChange> openStore;
     /// Gives up a change that a failed dialog has left open.
@@ -111,8 +117,11 @@ private:
     void readSettings();
     void beginDataPath();
     void keep(const Setting& setting);
+    void store(const std::vector<Setting>& settings);
+    void storeChoice(const QString& what, const std::vector<Setting>& settings);
 
     std::string jobPath_; // of the open job
+    bool toldOfLoss_ = false; // that choices cannot be stored
 };
 
 } // namespace kestal

@@ -75,7 +75,7 @@ genutil::ColumnType columnType(VARTYPE type) {
 
 // One column for each least-squares option, and the page that a record belongs to.
 genutil::NewTable headerTable() {
-    genutil::NewTable header{job_tables::DataHeader, {{"FileType", Integer}}, {}};
+    genutil::NewTable header{job_tables::DataHeader, {{job_tables::PageField, Integer}}, {}};
     for (const LsOption& option : lsOptions())
         header.columns.push_back({option.name, columnType(option.initial.vt)});
     return header;

@@ -14,6 +14,8 @@ inline constexpr const char* AlphaIds = "AlphaIds";  ///< names of points
 inline constexpr const char* Points = "Points";
 inline constexpr const char* Heights = "Heights";
 inline constexpr const char* DataHeader = "DataHeader"; ///< least-squares options, of the job or of a page
+inline constexpr const char* PageField =
+    "FileType"; ///< of DataHeader: a page's number, Null in the job's record
 inline constexpr const char* TraverseSetPrefix = "TravSet_"; ///< a table for each set of observations
 inline constexpr const char* LSSetPrefix = "LSSet_";
 } // namespace job_tables

@@ -69,7 +69,7 @@ int dumpLsOptions(const CommandLine& line, const HostPtr& host) {
     const CurrentJob job = openedJob(line, *host);
     Ref<IDispatch> header;
     if (job.isOpen())
-        header = job.openTable(job_tables::DataHeader);
+        header = job.openOptions(OptionRecords::OfJob);
     const bool isStored = header && !truthOf(LateBound(header.get()).get("EOF"));
     std::vector<DumpLine> lines;
     for (const LsOption& option : lsOptions()) {

@@ -12,6 +12,9 @@
 #include <QFontMetricsF>
 #include <QScreen>
 
+#include <cstdlib>
+#include <limits>
+
 namespace kestal {
 namespace {
 
@@ -44,6 +47,23 @@ double gridColumnsWidth(const LateBound& grid) {
     return width;
 }
 
+// The settings are opened and given up again: a full disk, a read-only file or a damaged one is told now.
+void requireSettingsCanChange(const std::string& file) {
+    try {
+        SettingsChange trial(file);
+        trial.write(trial.settings());
+    } catch (const std::exception& error) {
+        throw AutomationError(errors::PathAccess, error.what());
+    }
+}
+
+void requireConstraintFactor(const std::string& text) {
+    constexpr double largest = std::numeric_limits<std::int32_t>::max();
+    if (std::strtod(text.c_str(), nullptr) > largest)
+        throw AutomationError(
+            errors::Overflow, "The option SDConstrFactor must be at most 2147483647, not '" + text + "'");
+}
+
 class GenProcs : public AutomationObject {
 public:
     explicit GenProcs(HostPtr host) : AutomationObject("k_genproc.genProcs"), host_(std::move(host)) {
@@ -68,7 +88,19 @@ private:
         method("SelectAllText", [](IDispatch* control) { selectAllText(LateBound(control)); });
         method("GridColumnsWidth", [](IDispatch* grid, bool) { return gridColumnsWidth(LateBound(grid)); });
         // Keys that the user has pressed already reach the form before its contents are saved.
-        method("BeforeSave", [](IDispatch*) { QCoreApplication::sendPostedEvents(); });
+        method("BeforeSave", [this](IDispatch* form) {
+            QCoreApplication::sendPostedEvents();
+            checkBeforeSave(LateBound(form));
+        });
+    }
+
+    // What would fail after the first of several steps is refused before it, while the dialog is still open.
+    void checkBeforeSave(const LateBound& form) {
+        const std::string name = textOf(form.get("Name"));
+        if (name == "frmDefaults")
+            requireSettingsCanChange(host_->paths.settings.toStdString());
+        if (name == "frmLS_Options")
+            requireConstraintFactor(textOf(form.child("txtConstrFactor").get("Text")));
     }
 
     void addSettingMembers() {

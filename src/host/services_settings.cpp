@@ -44,7 +44,9 @@ public:
         });
         // The last argument comes back as True: there is no working copy any more.
         method("CloseSettingsStore", [this](IDispatch*, bool, bool, bool& isClosed) {
-            storeOf(*host_, "CloseSettingsStore").commit();
+            SettingsChange& store = storeOf(*host_, "CloseSettingsStore");
+            store.commit();
+            host_->knownSettings.note(store.stored());
             host_->openStore.reset();
             isClosed = true;
         });
@@ -60,7 +62,7 @@ private:
             host_->openStore = std::move(change);
             return true;
         } catch (const std::exception& error) {
-            host_->report(error.what(), "What you have chosen holds until the program ends.");
+            host_->report(error.what(), choiceIsTemporary);
             return false;
         }
     }
@@ -85,7 +87,7 @@ void saveAllSettings(
         append(settings, generalPreferenceSettings(*taken(makeGeneralPreferences(), genPrefs).get()));
     if (choice.options)
         append(settings, lsOptionSettings(*taken(makeLsOptionSet(), lsOptions).get()));
-    store.store(settings);
+    store.store(host.knownSettings.changedIn(settings));
 }
 
 Ref<IDispatch> makeSettingsStore(const HostPtr& host) {

@@ -230,6 +230,7 @@ void SettingsChange::store(std::span<const Setting> settings) {
     for (const auto& [section, key, value] : settings)
         contents.set(section, key, value);
     write(contents);
+    stored_.insert(stored_.end(), settings.begin(), settings.end());
 }
 
 IniText SettingsChange::workingContents() const {

@@ -57,6 +57,8 @@ public:
     void write(const IniText& contents);
     /// Changes the working copy.
     void store(std::span<const Setting> settings);
+    /// What was changed so far.
+    const std::vector<Setting>& stored() const { return stored_; }
     /// The working copy becomes the file, in one step. PathAccess when it is not whole or cannot.
     void commit();
 
@@ -69,6 +71,7 @@ private:
     std::string copy_;
     IniText settings_;
     int lock_ = -1;
+    std::vector<Setting> stored_;
     bool isCommitted_ = false;
 };
 

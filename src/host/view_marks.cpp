@@ -128,4 +128,11 @@ std::vector<Setting> ViewMarks::settings() const {
     return settings;
 }
 
+std::vector<Setting> ViewMarks::knownSettings(const IniText& stored) const {
+    std::vector<Setting> known = settings();
+    if (!stored.value(section, scaleBarKey))
+        std::erase_if(known, [](const Setting& each) { return each.key == scaleBarKey; });
+    return known;
+}
+
 } // namespace kestal

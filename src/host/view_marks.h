@@ -76,6 +76,9 @@ public:
     /// the reason, in the result.
     QStringList read(const IniText& settings);
     std::vector<Setting> settings() const;
+    /// The settings as they count after `stored` was read: what it lacks is not known where it depends on
+    /// others.
+    std::vector<Setting> knownSettings(const IniText& stored) const;
     /// Whether a mark was changed since they were read or `keep` was called.
     bool isChanged() const { return isChanged_; }
     void keep() { isChanged_ = false; }

@@ -45,7 +45,13 @@ void frmLS_Options::GetLSOptionsData(Recordset& record) {
     run("GetLSOptionsData", [&] {
         for (const int number : lsLoadOrder()) {
             const LSOption& option = lsOption(number);
-            fillFrom(option, record.field(option.name()), memberOf(required(LSOptPref, "LSOptPref"), option));
+            try {
+                fillFrom(
+                    option, record.field(option.name()), memberOf(required(LSOptPref, "LSOptPref"), option));
+            } catch (const Error& error) {
+                throw Error(
+                    error.number(), "The option " + std::string(option.name()) + ": " + error.description());
+            }
         }
     });
 }
@@ -92,7 +98,7 @@ void frmLS_Options::SaveDefaultData() {
             // Each member keeps its own type.
             std::visit(
                 [&]<class T>(const Property<T>& property) {
-                    required(LSOptPref, "LSOptPref").put(property, value.to<T>());
+                    required(LSOptPref, "LSOptPref").put(property, lsMemberValue<T>(option, value));
                 },
                 option.member);
         }

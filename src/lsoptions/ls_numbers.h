@@ -15,6 +15,16 @@ double lsValueOf(std::string_view text);
 // The number that the text is as a whole. TypeMismatch, naming the option and the text, for any other text.
 double lsNumberIn(const LSOption& option, const std::string& text);
 
+// The value in the option's own type. The error names the option.
+template<class T>
+T lsMemberValue(const LSOption& option, const Value& value) {
+    try {
+        return value.to<T>();
+    } catch (const Error& error) {
+        throw Error(error.number(), "The option " + std::string(option.name()) + ": " + error.description());
+    }
+}
+
 // What the option does, with its unit.
 std::string lsToolTip(const LSOption& option);
 

@@ -17,14 +17,15 @@ inline const std::vector<std::string>& jobFields() {
 
 // Reads all that a job database has to tell. A damaged one may refuse anything with UnrecognisedDatabase,
 // anything that its damage has renamed or retyped with ItemNotFound or TypeMismatch, and a record that cannot
-// be found again with NoCurrentRecord; other errors pass through.
+// be found again with RecordDeleted or NoCurrentRecord; other errors pass through.
 inline void readAll(DatabaseEngine& engine, const std::string& path) {
     const auto allowingDamage = [](const auto& act) {
         try {
             act();
         } catch (const Error& error) {
             if (error.number() != errors::UnrecognisedDatabase && error.number() != errors::ItemNotFound &&
-                error.number() != errors::TypeMismatch && error.number() != errors::NoCurrentRecord)
+                error.number() != errors::TypeMismatch && error.number() != errors::NoCurrentRecord &&
+                error.number() != errors::RecordDeleted)
                 throw;
         }
     };

@@ -99,7 +99,8 @@ Value RecordsetOfTable::field(std::string_view name) {
             return Null();
     }
     if (const auto& value = currentRecord()[index]) {
-        if (!connection_->isReadOnly()) {
+        // A writer goes by what was given before the writing began.
+        if (!connection_->isReadOnly() && change_ == Change::None) {
             if (given_.size() >= mostRemembered)
                 given_.clear();
             given_[rows_[current_]].insert_or_assign(index, *value);
@@ -116,8 +117,12 @@ const std::vector<std::optional<Value>>& RecordsetOfTable::currentRecord() {
     if (record_.empty()) {
         rowOfNumber_.reset();
         rowOfNumber_.bind(0, rows_[current_]);
-        if (!rowOfNumber_.next())
-            throw Error(errors::RecordDeleted, recordName() + " has been deleted by another program");
+        if (!rowOfNumber_.next()) {
+            const std::string name = recordName();
+            rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(current_));
+            goTo(rows_.size());
+            throw Error(errors::RecordDeleted, name + " has been deleted by another program");
+        }
         std::vector<std::optional<Value>> record;
         for (int i = 0; i < rowOfNumber_.columnCount(); ++i)
             record.push_back(rowOfNumber_.value(i));
@@ -185,15 +190,7 @@ bool RecordsetOfTable::isNumeric(std::size_t field) {
 void RecordsetOfTable::refuseUnseenChanges() {
     const std::int64_t row = rows_[current_];
     record_.clear();
-    try {
-        currentRecord();
-    } catch (const Error& error) {
-        if (error.number() != errors::RecordDeleted)
-            throw;
-        rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(current_));
-        goTo(rows_.size());
-        throw;
-    }
+    currentRecord();
     for (auto& [index, given] : given_[row]) {
         const auto& now = record_[index];
         if (!now || *now == given || !changed_.contains(index) || changed_.at(index) == *now)
