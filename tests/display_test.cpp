@@ -172,6 +172,16 @@ TEST_F(DisplaySettings, ListenToTheirKeys) {
         }),
             each.accepted);
         EXPECT_EQ(std::exchange(desktop.messages, {}).size(), 1u);
+        // The end of the application asks the same once there is something to lose, and is no OK by itself.
+        EXPECT_FALSE(show([](frmDisplay& form) { form.userClose(UnloadReason::Ending); }));
+        EXPECT_TRUE(desktop.messages.empty());
+        desktop.answers = {each.answer};
+        EXPECT_EQ(show([&](frmDisplay& form) {
+            form.boxes[8].userToggle();
+            EXPECT_EQ(form.userClose(UnloadReason::Ending), each.answer != Answer::Cancel);
+        }),
+            each.accepted);
+        EXPECT_EQ(std::exchange(desktop.messages, {}).size(), 1u);
     }
     show([&](frmDisplay& form) {
         CheckBox& box = form.boxes[8];

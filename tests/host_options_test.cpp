@@ -1,7 +1,10 @@
 #include "host/current_job.h"
+#include "host/gauge_demo.h"
 #include "host/host.h"
 #include "host/job_schema.h"
 #include "host/ls_option_set.h"
+#include "host/main_form_object.h"
+#include "host/main_window.h"
 #include "host/window_visitor.h"
 #include "support/host_with_component.h"
 
@@ -16,6 +19,8 @@
 #include <QRadioButton>
 #include <QTimer>
 
+#include <filesystem>
+
 using namespace kestal;
 using testing::HasSubstr;
 
@@ -28,6 +33,55 @@ std::string answerOf(const QString& job, const char* sql) {
     program.start("sqlite3", {job, sql});
     EXPECT_TRUE(program.waitForFinished(10000));
     return program.readAll().trimmed().toStdString();
+}
+
+// Memory is counted in the toolkit's objects: one window that stays is dozens of them.
+TEST_F(HostWithComponent, EveryDialogLeavesNothingBehindInAHostWithAndWithoutARunningLoop) {
+    createJob(file("leak.gdb"));
+    ComponentAccess component(host_);
+    CurrentJob job;
+    job.open(path("leak.gdb"));
+    MainWindow main(host_, component);
+    const auto mainForm = makeMainFormObject(host_, main, *main.centralWidget());
+    QTimer closing;
+    closing.callOnTimeout([] {
+        if (QWidget* const front = QApplication::activeModalWidget())
+            front->close();
+    });
+    JobObject chosen;
+    const std::function<void()> dialogs[] = {
+        [&] { component.viewFile(file("reports/b.log"), 25, true); },
+        [&] { component.listJobs(chosen, job, mainForm.get()); },
+        [&] { component.editLsOptions(ls_modes::Preferences, 0, job); },
+        [&] { component.editPointSave(job); },
+        [&] { component.editPreferences(job, mainForm.get()); },
+        [&] { component.editDisplay(job, mainForm.get()); },
+        [&] { runGaugeDemo(component, 0); },
+    };
+    const auto held = [] {
+        const auto files = std::filesystem::directory_iterator("/proc/self/fd");
+        return std::pair(QApplication::allWidgets().size(), std::distance(begin(files), end(files)));
+    };
+    // By hand, a thousand rounds of each: GENUTIL_ROUNDS=1000.
+    const int rounds = std::max(5, qEnvironmentVariableIntValue("GENUTIL_ROUNDS"));
+    for (const bool runsLoop : {false, true})
+        for (const auto& dialog : dialogs) {
+            const auto open = [&](int times) {
+                closing.start(0);
+                for (int i = 0; i < times; ++i)
+                    dialog();
+                closing.stop();
+            };
+            open(2); // what is made on first use
+            const auto before = held();
+            if (runsLoop)
+                QTimer::singleShot(0, qApp, [&] {
+                    open(rounds);
+                    QCoreApplication::exit();
+                });
+            runsLoop ? void(QApplication::exec()) : open(rounds);
+            EXPECT_LE(held(), before) << "dialog " << &dialog - dialogs << ", loop " << runsLoop;
+        }
 }
 
 TEST_F(HostWithComponent, LeastSquaresOptionsAreStoredWhereTheyWereEdited) {

@@ -297,6 +297,22 @@ TEST_F(LSDialog, FallsBackOnWhatItHasWhereTheRecordSaysNothing) {
     EXPECT_EQ(fake::errorOf([&] { show(3, [](auto&) { FAIL(); }); }), errors::ObjectNotSet);
 }
 
+TEST_F(LSDialog, ClosingLeavesTheBoxFirstAndTheEndOfTheApplicationWaitsForAYes) {
+    const Texts question{"Cancelling will abandon changes - Are you sure ?"};
+    for (const UnloadReason reason : {UnloadReason::CloseBox, UnloadReason::Ending})
+        for (const Answer answer : {Answer::Yes, Answer::No})
+            show(1, [&](frmLS_Options& form) {
+                form.boxOf(16).setFocus();
+                form.boxOf(16).userEdit("9");
+                desktop.answers = {answer};
+                EXPECT_EQ(form.userClose(reason), reason == UnloadReason::CloseBox || answer == Answer::Yes);
+                EXPECT_EQ(messages(), question);
+                EXPECT_EQ(form.isLoaded() ? form.activeControl() : &form.boxOf(16), &form.boxOf(16));
+                form.unload();
+            });
+    EXPECT_FALSE(saved);
+}
+
 TEST_F(LSDialog, FailsBeforeItIsShownOnWhatItCannotUse) {
     const auto failure = [&](std::int16_t mode) {
         return fake::errorOf([&] {

@@ -186,6 +186,14 @@ TEST_F(Preferences, AskBeforeBackupsAreDeletedForGoodAndBeforeEscapeEnds) {
     }));
     EXPECT_EQ(desktop.messages.size(), 4u);
     EXPECT_EQ(desktop.messages.back().text, "Save changes on exit?");
+    EXPECT_FALSE(show([](frmDefaults& form) { EXPECT_TRUE(form.userClose(UnloadReason::Ending)); }));
+    EXPECT_EQ(desktop.messages.size(), 4u) << "nothing would be lost";
+    desktop.answers = {Answer::Cancel, Answer::No};
+    EXPECT_FALSE(show([](frmDefaults& form) {
+        form.LSOptionsSaved = true;
+        EXPECT_FALSE(form.userClose(UnloadReason::Ending));
+        EXPECT_TRUE(form.userClose(UnloadReason::Ending));
+    }));
     EXPECT_THAT(host.log, Not(Contains("Open")));
 }
 

@@ -97,6 +97,28 @@ TEST_F(LSOptionsWindowTest, ARefusedBoxKeepsTheFocusWhateverTheUserTriesNextAndS
     EXPECT_EQ(form->LSOptPref->read("AzimuthSD").toDouble(), 7);
 }
 
+TEST_F(LSOptionsWindowTest, CancelAndSetDefaultsActAlthoughABoxHoldsAZero) {
+    constexpr int azimuth = 16;
+    form->cmdDefaults.visible = true;
+    for (const bool byMouse : {true, false})
+        for (const auto& [button, key] :
+            {std::pair(&form->cmdDefaults, Qt::Key_D), std::pair(&form->cmdCancel, Qt::Key_C)}) {
+            view(azimuth)->setFocus();
+            QTest::keyClick(view(azimuth), Qt::Key_A, Qt::ControlModifier);
+            QTest::keyClicks(view(azimuth), "0");
+            messages = 0;
+            int presses = 0;
+            const Connection counting = button->click.connectScoped([&] { ++presses; });
+            if (byMouse)
+                QTest::mouseClick(window->viewOf(*button), Qt::LeftButton);
+            else
+                QTest::keyClick(window->windowHandle(), key, Qt::AltModifier);
+            EXPECT_EQ(presses, 1) << button->name();
+            EXPECT_EQ(messages, button == &form->cmdDefaults ? 1 : 2) << "zero is refused; Cancel then asks";
+            EXPECT_EQ(form->boxOf(azimuth).text.get(), button == &form->cmdDefaults ? "0.005" : "0");
+        }
+}
+
 TEST_F(LSOptionsWindowTest, BothDialogsFitASmallScreenAndEveryBoxALongNumber) {
     auto* const box = static_cast<QLineEdit*>(view(10));
     box->setText(NumberBox::longest);

@@ -84,6 +84,13 @@ inline FormWindow* openWindow() {
     return nullptr;
 }
 
+// Closes the window as the window system does it for the user.
+inline void pressCloseBox(QWidget* window) {
+    QCloseEvent close;
+    QSpontaneKeyEvent::setSpontaneous(&close);
+    qApp->notify(window, &close);
+}
+
 class QtDesktopTest : public testing::Test {
 protected:
     std::unique_ptr<Desktop> desktop = makeQtDesktop(

@@ -228,8 +228,10 @@ TEST_F(Window, ARefusedCloseKeepsTheWindowAndAGrantedOneEndsTheForm) {
         why = reason;
     });
     show();
-    EXPECT_FALSE(window()->close());
+    fake::pressCloseBox(window());
     EXPECT_EQ(why, UnloadReason::CloseBox);
+    EXPECT_FALSE(window()->close());
+    EXPECT_EQ(why, UnloadReason::Ending);
     EXPECT_TRUE(form->isShown() && window());
     refuse = false;
     window()->close();
@@ -361,6 +363,7 @@ TEST_F(QtDesktopTest, MessageBoxesShowWhatIsAskedAndGiveTheAnswer) {
         Qt::Key key;
         Answer answer;
     };
+    // One button: Escape presses it. Yes and No: nothing else ends the question.
     for (const Case& each : {
              Case{{.text = "<b>Done", .icon = Icon::Information}, Qt::Key_Escape, Answer::Ok},
              Case{{.text = "Go on?", .buttons = Buttons::OkCancel}, Qt::Key_Escape, Answer::Cancel},
@@ -377,6 +380,12 @@ TEST_F(QtDesktopTest, MessageBoxesShowWhatIsAskedAndGiveTheAnswer) {
             EXPECT_EQ(box->text().toStdString(), each.message.text);
             EXPECT_EQ(box->textFormat(), Qt::PlainText);
             EXPECT_FALSE(QApplication::overrideCursor());
+            if (each.message.buttons == Buttons::YesNo) {
+                QTest::keyClick(box, Qt::Key_Escape);
+                EXPECT_FALSE(box->close());
+                QMetaObject::invokeMethod(box, "reject");
+                EXPECT_TRUE(box->isVisible());
+            }
             QTest::keyClick(box, each.key);
         });
         EXPECT_EQ(desktop->ask(each.message), each.answer) << each.message.text;
@@ -396,7 +405,6 @@ TEST_F(QtDesktopTest, FileDialogsHandBackTheChoiceAndACancelledOneNothing) {
     const auto finish = [&](bool accepts) {
         whenShown([&, accepts] {
             auto* box = static_cast<QFileDialog*>(QApplication::activeModalWidget());
-            EXPECT_EQ(box->testOption(QFileDialog::DontConfirmOverwrite), dialog.flags == 0);
             box->selectNameFilter(box->nameFilters().at(1));
             box->selectFile(path);
             QMetaObject::invokeMethod(box, accepts ? "accept" : "reject");
@@ -414,6 +422,15 @@ TEST_F(QtDesktopTest, FileDialogsHandBackTheChoiceAndACancelledOneNothing) {
     finish(false);
     EXPECT_FALSE(desktop->showSave(*form, dialog));
     EXPECT_EQ(dialog.fileName, path.toStdString());
+    for (const Qt::Key reply : {Qt::Key_N, Qt::Key_Y}) {
+        finish(true);
+        QTimer::singleShot(100, qApp, [&, reply] {
+            if (reply == Qt::Key_N)
+                finish(false); // the dialog, to which No leads back
+            QTest::keyClick(QApplication::activeModalWidget(), reply);
+        });
+        EXPECT_EQ(desktop->showSave(*form, dialog), reply == Qt::Key_Y);
+    }
 }
 
 TEST(FileDialogs, FiltersMatchNamesInUpperAndLowerCase) {

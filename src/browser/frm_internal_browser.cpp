@@ -121,7 +121,7 @@ void frmInternal_Browser::connectMenu() {
     on(cmdClose.click, "cmdClose_Click", close);
     on(mnuClose.click, "cmdClose_Click", close);
     on(queryUnload, "cmdClose_Click", [close](bool&, UnloadReason reason) {
-        if (reason == UnloadReason::CloseBox)
+        if (reason != UnloadReason::Code)
             close();
     });
     for (const auto& [item, command] :

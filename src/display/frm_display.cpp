@@ -77,7 +77,7 @@ void frmDisplay::assignTopics() {
 void frmDisplay::connectControls() {
     openHelpOnF1([this] { return required(prog, "prog").get(program::ProgramFolder); });
     toggleOnSpace();
-    askOnEscape(cmdOK, cmdCancel);
+    askOnLeaving(cmdOK, cmdCancel, [] { return false; });
     moveOnEnter();
     followMouse({&fraGeneral, &FraLines, &fraPoints, &cmdOK, &cmdCancel});
     // What has a topic of its own within a frame.

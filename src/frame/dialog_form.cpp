@@ -3,6 +3,24 @@
 #include "hostif/controls.h"
 
 namespace genutil {
+namespace {
+
+// What the user has chosen and typed, in one text.
+std::string stateOf(const Form& form) {
+    std::string state;
+    for (const Control* control : form.controls()) {
+        if (const auto* box = dynamic_cast<const TextBox*>(control))
+            state += box->text.get();
+        else if (const auto* check = dynamic_cast<const CheckBox*>(control))
+            state += check->ticked ? '1' : '0';
+        else if (const auto* option = dynamic_cast<const OptionButton*>(control))
+            state += option->selected ? '1' : '0';
+        state += '\n';
+    }
+    return state;
+}
+
+} // namespace
 
 DialogForm::DialogForm(
     Component& component, std::string name, std::string shortName, std::string text, WindowChrome chrome)
@@ -71,26 +89,38 @@ void DialogForm::toggleOnSpace() {
     });
 }
 
-void DialogForm::askOnEscape(Button& save, Button& discard) {
+void DialogForm::askOnLeaving(Button& save, Button& discard, std::function<bool()> isChanged) {
     on(keyDown, "Form_KeyDown", [this, &save, &discard](KeyEvent& event) {
         if (event.code != key::Escape)
             return;
         event.code = 0;
         if (event.repeated) // the key that has just answered the question
             return;
-        const Answer answer = component_.desktop().ask({.text = "Save changes on exit?",
-            .icon = Icon::Question,
-            .buttons = Buttons::YesNoCancel,
-            .defaultAnswer = Answer::Yes});
-        if (answer == Answer::Yes)
-            save.click();
-        else if (answer == Answer::No)
-            discard.click();
+        leaveAsAnswered(save, discard);
     });
+    on(queryUnload, "Form_QueryUnload",
+        [this, &save, &discard, changed = std::move(isChanged)](bool& refused, UnloadReason reason) {
+            if (reason != UnloadReason::Ending || (stateOf(*this) == shownState_ && !changed()))
+                return;
+            leaveAsAnswered(save, discard);
+            refused = isLoaded() && isShown();
+        });
+}
+
+void DialogForm::leaveAsAnswered(Button& save, Button& discard) {
+    const Answer answer = component_.desktop().ask({.text = "Save changes on exit?",
+        .icon = Icon::Question,
+        .buttons = Buttons::YesNoCancel,
+        .defaultAnswer = Answer::Yes});
+    if (answer == Answer::Yes)
+        save.userPress();
+    else if (answer == Answer::No)
+        discard.userPress();
 }
 
 void DialogForm::showAsSetUp() {
     component_.desktop().setPointer(Pointer::Default);
+    shownState_ = stateOf(*this);
     show(modal == 1);
 }
 

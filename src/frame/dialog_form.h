@@ -76,8 +76,9 @@ protected:
     // Space inverts the check box that has the focus, once for each time the key goes down. The key is
     // consumed, so that the view does not do it a second time.
     void toggleOnSpace();
-    // Escape asks whether to save: Yes clicks the one button, No the other, Cancel leaves the form open.
-    void askOnEscape(Button& save, Button& discard);
+    // Escape asks whether to save: Yes presses the one button, No the other, Cancel leaves the form open. So
+    // does the application's end once the user has changed a control, or where `isChanged` says so.
+    void askOnLeaving(Button& save, Button& discard, std::function<bool()> isChanged);
     // What every set-up ends with: the default pointer, then the form is shown with its `modal` value.
     void showAsSetUp();
 
@@ -86,10 +87,13 @@ protected:
     bool instantHelpActive() const { return instantHelpActive_; }
 
 private:
+    void leaveAsAnswered(Button& save, Button& discard);
+
     Component& component_;
     std::string shortName_;
     std::unique_ptr<InstantHelp> instantHelp_;
     bool instantHelpActive_ = false;
+    std::string shownState_; // of the controls when the form was shown
 };
 
 } // namespace genutil

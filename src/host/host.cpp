@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QMessageBox>
+#include <QPointer>
 #include <QStandardPaths>
 
 namespace kestal {
@@ -232,9 +233,12 @@ void Host::report(const QString& problem, const QString& details) {
         return;
     }
     const QString text = details.isEmpty() ? problem : problem + "\n\n" + details;
-    QMessageBox box(QMessageBox::Warning, "Kestal", text, QMessageBox::Ok, QApplication::activeWindow());
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    // The window below may go while the box is open, and takes it along.
+    const QPointer box(
+        new QMessageBox(QMessageBox::Warning, "Kestal", text, QMessageBox::Ok, QApplication::activeWindow()));
+    box->setTextFormat(Qt::PlainText);
+    box->exec();
+    delete box.data();
 }
 
 void Host::collect(const ReadingProblem& problem, const QString& details) {

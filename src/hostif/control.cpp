@@ -46,6 +46,10 @@ bool Control::canFocus() const {
     return enabled && visible && tabIndex >= 0;
 }
 
+bool Control::hearsUser() const {
+    return enabled && form_->hearsUser();
+}
+
 void Control::setFocus() {
     form_->moveFocus(this);
 }

@@ -131,6 +131,8 @@ public:
 
     // Whether the user can move the focus here.
     bool canFocus() const;
+    // Whether a press of the user at this control is heard.
+    bool hearsUser() const;
     void setFocus();
 
     // Properties by name, compared without regard to case. A name without a member: Error NoSuchMember;

@@ -48,8 +48,10 @@ Button::Button(Form& owner, std::string name, std::string text)
     : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)) {}
 
 void Button::userPress() {
-    if (enabled)
-        click();
+    if (!hearsUser())
+        return;
+    const Form::Occupied now(form());
+    click();
 }
 
 std::span<const ScriptMember> Button::ownMembers() const {
@@ -62,8 +64,14 @@ MenuItem::MenuItem(Form& owner, std::string name, std::string text, MenuItem* pa
       shortcut_(std::move(shortcut)) {}
 
 void MenuItem::userChoose() {
-    if (enabled && visible)
-        click();
+    if (!hearsUser() || !visible || isChosen_)
+        return;
+    struct Choosing {
+        bool& chosen;
+        std::shared_ptr<Form> alive;
+        ~Choosing() { chosen = false; }
+    } now{isChosen_ = true, form().weak_from_this().lock()};
+    click();
 }
 
 TextBox::TextBox(Form& owner, std::string name, std::string initial)
@@ -110,7 +118,7 @@ CheckBox::CheckBox(Form& owner, std::string name, std::string text)
     : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)) {}
 
 void CheckBox::userToggle() {
-    if (enabled)
+    if (hearsUser())
         ticked = !ticked;
 }
 
@@ -133,7 +141,7 @@ OptionButton::OptionButton(Form& owner, std::string name, std::string text)
     : Control(owner, std::move(name)), caption(*this, Aspect::Caption, std::move(text)) {}
 
 void OptionButton::userSelect() {
-    if (enabled)
+    if (hearsUser())
         selected = true;
 }
 
@@ -152,7 +160,7 @@ std::optional<ListItem> ComboBox::selectedItem() const {
 }
 
 void ComboBox::userSelect(std::int16_t position) {
-    if (enabled)
+    if (hearsUser())
         listIndex = position;
 }
 

@@ -43,9 +43,11 @@ public:
     Observed<std::string> caption;
     Observed<bool> isDefault{*this, Aspect::Value, false}; // pressed by Enter
     bool isCancel = false;                                 // pressed by Escape
+    // Pressed also where the control that has the focus refuses to let it go: what it does takes no entry.
+    bool needsNoValidEntry = false;
     Event<> click;
 
-    // Does nothing while disabled.
+    // Does nothing while disabled, and while a button of the form is doing its work.
     void userPress();
 
 protected:
@@ -67,10 +69,11 @@ public:
     MenuItem* parent() const { return parent_; }
     const std::string& shortcut() const { return shortcut_; }
     bool isSeparator() const { return caption.get() == "-"; }
-    // Does nothing while disabled or hidden.
+    // Does nothing while disabled or hidden, and while the last choice of it is still being carried out.
     void userChoose();
 
 private:
+    bool isChosen_ = false;
     MenuItem* parent_;
     std::string shortcut_;
 };

@@ -81,6 +81,27 @@ bool Form::unload(UnloadReason reason) {
     return true;
 }
 
+Form::Occupied::Occupied(Form& form) : form_(form), alive_(form.weak_from_this().lock()) {
+    ++form_.occupied_;
+}
+
+Form::Occupied::~Occupied() {
+    if (--form_.occupied_ == 0)
+        form_.hearsAgain();
+}
+
+bool Form::userClose(UnloadReason reason) {
+    if (!hearsUser())
+        return false;
+    const auto self = shared_from_this();
+    Control* const focused = activeControl_;
+    moveFocus(nullptr);
+    unload(reason);
+    if (loaded_ && shown_ && !activeControl_)
+        moveFocus(focused);
+    return !loaded_;
+}
+
 void Form::moveFocus(Control* control) {
     if (control == activeControl_)
         return;
@@ -99,6 +120,8 @@ void Form::moveFocus(Control* control) {
 }
 
 bool Form::userKey(KeyEvent event) {
+    if (!hearsUser())
+        return true;
     const auto self = shared_from_this();
     if (keyPreview)
         keyDown(event);
@@ -108,6 +131,8 @@ bool Form::userKey(KeyEvent event) {
 }
 
 bool Form::userCharacter(int character) {
+    if (!hearsUser())
+        return true;
     const auto self = shared_from_this();
     KeyEvent event{.code = character};
     if (keyPreview)

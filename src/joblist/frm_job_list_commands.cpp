@@ -82,7 +82,7 @@ void frmJobList::connectWindow() {
         SelectAll();
     });
     on(queryUnload, "Form_QueryUnload", [this](bool& refused, UnloadReason reason) {
-        if (reason != UnloadReason::CloseBox)
+        if (reason == UnloadReason::Code)
             return;
         refused = true; // leaving unloads the form itself
         leave();

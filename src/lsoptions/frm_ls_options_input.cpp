@@ -59,10 +59,13 @@ void frmLS_Options::connectButtons() {
     });
     on(cmdCancel.click, "cmdCancel_Click", [this] { cancel(); });
     on(cmdDefaults.click, "cmdDefaults_Click", [this] { GetDefaultData(LSOptPrefDefaults); });
-    // The window closes whatever the answer.
-    on(queryUnload, "Form_QueryUnload", [this](bool&, UnloadReason reason) {
-        if (reason == UnloadReason::CloseBox)
+    cmdCancel.needsNoValidEntry = true;
+    cmdDefaults.needsNoValidEntry = true;
+    // At the close box the window closes whatever the answer; the application's end waits for a Yes.
+    on(queryUnload, "Form_QueryUnload", [this](bool& refused, UnloadReason reason) {
+        if (reason != UnloadReason::Code)
             cancel();
+        refused = reason == UnloadReason::Ending && dataChanged_;
     });
     on(unloaded, "Form_Unload", [this] { component().desktop().setPointer(Pointer::Default); });
 }

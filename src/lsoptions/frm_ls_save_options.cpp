@@ -88,7 +88,7 @@ void frmLS_SaveOptions::connectControls() {
     };
     on(cmdCancel.click, "cmdCancel_Click", cancel);
     on(queryUnload, "Form_QueryUnload", [cancel](bool&, UnloadReason reason) {
-        if (reason == UnloadReason::CloseBox)
+        if (reason != UnloadReason::Code)
             cancel();
     });
     on(unloaded, "Form_Unload", [this] { component().desktop().setPointer(Pointer::Default); });

@@ -42,7 +42,11 @@ void frmDefaults::askAboutBackups() {
 void frmDefaults::connectKeys() {
     openHelpOnF1([this] { return required(prog, "prog").get(program::ProgramFolder); });
     toggleOnSpace();
-    askOnEscape(cmdOK, cmdCancel);
+    askOnLeaving(cmdOK, cmdCancel, [this] {
+        return LSOptionsSaved ||
+               editorPath_ !=
+                   editorWithoutSwitches(required(genPrefs, "genPrefs").get(genprefs::DefaultEditor));
+    });
     moveOnEnter();
     on(keyDown, "Form_KeyDown", [this](KeyEvent& event) { handleKey(event); });
 }
@@ -92,7 +96,7 @@ void frmDefaults::connectButtons() {
     on(queryUnload, "Form_QueryUnload", [this](bool& refused, UnloadReason reason) {
         if (reason != UnloadReason::CloseBox)
             return;
-        cmdOK.click();
+        cmdOK.userPress();
         refused = !OKPressed;
     });
 }

@@ -67,7 +67,7 @@ public:
             act(*form);
         }
         if (form->isLoaded() && form->isShown())
-            form->unload(UnloadReason::CloseBox);
+            form->userClose(UnloadReason::CloseBox);
     }
     void popUpMenu(MenuItem& menu) override {
         if (onPopUp)

@@ -1,10 +1,14 @@
 #include "platform/qt/dialogs.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
+#include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -54,6 +58,46 @@ QMessageBox::StandardButtons toQt(Buttons buttons) {
     return QMessageBox::Ok;
 }
 
+// A question that is answered by Yes or No has no third way out: Escape and the close box do nothing. With
+// one button, Escape presses it; where there is Cancel, Escape is that.
+class MessageBox : public StackDialog<QMessageBox> {
+public:
+    using StackDialog<QMessageBox>::StackDialog;
+
+    void reject() override {
+        if (!isYesOrNo())
+            QMessageBox::reject();
+    }
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        if (isYesOrNo())
+            event->ignore();
+        else
+            QMessageBox::closeEvent(event);
+    }
+    // The letter of a button answers at once. The toolkit would wait for a tenth of a second, in which Enter
+    // gives another answer.
+    void keyPressEvent(QKeyEvent* event) override {
+        for (QAbstractButton* button : buttons())
+            if (const QKeySequence letter = button->shortcut();
+                !letter.isEmpty() && event->modifiers() == Qt::NoModifier && letter[0].key() == event->key())
+                return button->click();
+        if (!isYesOrNo() || !event->matches(QKeySequence::Cancel))
+            QMessageBox::keyPressEvent(event);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* const button = qobject_cast<QAbstractButton*>(watched);
+        if (!button || event->type() != QEvent::Shortcut)
+            return QMessageBox::eventFilter(watched, event);
+        button->click();
+        return true;
+    }
+
+private:
+    bool isYesOrNo() const { return standardButtons() == (QMessageBox::Yes | QMessageBox::No); }
+};
+
 QString anyCase(const QString& pattern) {
     QString result;
     for (const QChar c : pattern)
@@ -65,10 +109,12 @@ QString anyCase(const QString& pattern) {
 } // namespace
 
 Answer showMessage(const Message& message) {
-    QMessageBox box(toQt(message.icon), QString::fromStdString(message.title),
-        QString::fromStdString(message.text), toQt(message.buttons), QApplication::activeWindow());
+    MessageBox box(nullptr, toQt(message.icon), QString::fromStdString(message.title),
+        QString::fromStdString(message.text), toQt(message.buttons));
     box.setTextFormat(Qt::PlainText);
     box.setObjectName(QStringLiteral("message"));
+    for (QAbstractButton* button : box.buttons())
+        button->installEventFilter(&box);
     for (const AnswerButton& each : answerButtons)
         if (each.answer == message.defaultAnswer && box.button(each.button))
             box.setDefaultButton(each.button);
@@ -76,10 +122,31 @@ Answer showMessage(const Message& message) {
     for (const AnswerButton& each : answerButtons)
         if (each.button == pressed)
             return each.answer;
-    // Only a box that the application took away has no pressed button.
+    // Only a box that ended with the application has no pressed button. What a question of Yes and No
+    // proposes is what loses nothing.
     return message.buttons == Buttons::Ok      ? Answer::Ok
-           : message.buttons == Buttons::YesNo ? Answer::No
+           : message.buttons == Buttons::YesNo ? message.defaultAnswer
                                                : Answer::Cancel;
+}
+
+void placeAbove(QWidget& dialog, const QWidget* owner) {
+    const QWidget* const window = owner ? owner->window() : nullptr;
+    if (!window || !window->windowHandle() || !dialog.windowHandle())
+        return;
+    dialog.windowHandle()->setTransientParent(window->windowHandle());
+    const QRect screen = window->screen()->availableGeometry();
+    QRect place = dialog.frameGeometry();
+    place.moveCenter(window->frameGeometry().center());
+    dialog.move(std::clamp(place.x(), screen.left(), std::max(screen.left(), screen.right() - place.width())),
+        std::clamp(place.y(), screen.top(), std::max(screen.top(), screen.bottom() - place.height())));
+}
+
+bool mayReplaceFile(const QString& file) {
+    return !QFileInfo::exists(file) ||
+           showMessage({.text = "'" + file.toStdString() + "' exists already. Replace it?",
+               .icon = Icon::Question,
+               .buttons = Buttons::YesNo,
+               .defaultAnswer = Answer::No}) == Answer::Yes;
 }
 
 QStringList toNameFilters(const std::string& filter) {
@@ -99,7 +166,7 @@ QStringList toNameFilters(const std::string& filter) {
 
 bool showFileDialog(QWidget* owner, FileDialog& dialog, FileDialogKind kind) {
     const bool opens = kind == FileDialogKind::Open;
-    QFileDialog box(owner ? owner : QApplication::activeWindow());
+    StackDialog<QFileDialog> box(owner);
     box.setObjectName(QStringLiteral("files"));
     box.setWindowTitle(!dialog.title.empty() ? QString::fromStdString(dialog.title)
                        : opens               ? QFileDialog::tr("Open")
@@ -107,7 +174,7 @@ bool showFileDialog(QWidget* owner, FileDialog& dialog, FileDialogKind kind) {
     box.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     box.setFileMode(opens ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     box.setOption(QFileDialog::HideNameFilterDetails); // the descriptions name the patterns
-    box.setOption(QFileDialog::DontConfirmOverwrite, !(dialog.flags & dialogflags::OverwritePrompt));
+    box.setOption(QFileDialog::DontConfirmOverwrite);  // its question could be closed unanswered
     const QStringList filters = toNameFilters(dialog.filter);
     if (!filters.isEmpty()) {
         box.setNameFilters(filters);
@@ -117,8 +184,10 @@ bool showFileDialog(QWidget* owner, FileDialog& dialog, FileDialogKind kind) {
         box.setDirectory(QString::fromStdString(dialog.folder));
     if (!dialog.fileName.empty())
         box.selectFile(QString::fromStdString(dialog.fileName));
-    if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
-        return false;
+    do {
+        if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
+            return false;
+    } while ((dialog.flags & dialogflags::OverwritePrompt) && !mayReplaceFile(box.selectedFiles().front()));
     const QFileInfo chosen(box.selectedFiles().front());
     dialog.fileName = chosen.absoluteFilePath().toStdString();
     dialog.folder = chosen.absolutePath().toStdString();
@@ -133,7 +202,7 @@ bool showFileDialog(QWidget* owner, FileDialog& dialog, FileDialogKind kind) {
 }
 
 std::optional<std::string> showTextPrompt(QWidget* owner, const TextPrompt& prompt) {
-    QInputDialog box(owner ? owner : QApplication::activeWindow());
+    StackDialog<QInputDialog> box(owner);
     box.setObjectName(QStringLiteral("prompt"));
     box.setWindowTitle(QString::fromStdString(prompt.title));
     box.setLabelText(QString::fromStdString(prompt.label));

@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDateTime>
+#include <QDrag>
 #include <QEventLoop>
 #include <QFontInfo>
 #include <QPointer>
@@ -23,6 +24,8 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <cerrno> // the program's name
+#include <list>
 #include <vector>
 
 namespace genutil {
@@ -35,6 +38,37 @@ public:
         QApplication::clipboard()->setText(QString::fromStdString(text));
     }
     std::string text() override { return QApplication::clipboard()->text().toStdString(); }
+};
+
+// Holds back a quit while a form is occupied, and repeats it afterwards. What has been asked is answered
+// first, and no form goes while its own handler runs.
+class QuitGate : public QObject {
+public:
+    explicit QuitGate(std::function<bool()> isOccupied) : isOccupied_(std::move(isOccupied)) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::Quit || !isOccupied_())
+            return false;
+        event->ignore();
+        waits_ = true;
+        // What can be left without an answer goes. A form that refuses refuses the quit.
+        QWidget* const front = QApplication::activeModalWidget();
+        if (front && !front->close())
+            if (const auto* window = dynamic_cast<FormWindow*>(front))
+                waits_ = window->form() && !window->form()->hearsUser();
+        return true;
+    }
+    // Something that occupied a form has ended.
+    void goOn() {
+        if (std::exchange(waits_, false) && QCoreApplication::instance())
+            QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    }
+
+private:
+    std::function<bool()> isOccupied_;
+    bool waits_ = false;
 };
 
 class QtDesktop : public Desktop {
@@ -74,8 +108,25 @@ private:
     struct Open {
         const Form* form;
         QPointer<FormWindow> window;
-        QEventLoop* modalLoop = nullptr; // null for a modeless form
-        bool isEarly = false;            // blocks other windows, and a modal show is still to come
+        QEventLoop* modalLoop = nullptr;      // null for a modeless form
+        bool isEarly = false;                 // blocks other windows, and a modal show is still to come
+        std::shared_ptr<Connection> quitting; // to the end of what occupies the form
+    };
+    // A window whose form has closed, not yet deleted.
+    struct Gone {
+        QPointer<FormWindow> window;
+        std::weak_ptr<Form> form;
+    };
+    // While it lives, the user is not heard by the forms that are open, save this one.
+    class Pause {
+    public:
+        Pause(QtDesktop& desktop, const Form* except = nullptr);
+        ~Pause();
+        Pause(const Pause&) = delete;
+
+    private:
+        QtDesktop& desktop_;
+        std::list<Form::Occupied> forms_;
     };
     struct Measure {
         Font font;
@@ -89,9 +140,14 @@ private:
     void open(const std::shared_ptr<Form>& form, bool modal, bool isEarly);
     void takeAway(Form& form);
     void runModal(const std::shared_ptr<Form>& form);
+    bool isOccupied() const;
+    void releaseGone();
 
     FormViews views_;
     std::vector<Open> open_;
+    std::vector<Gone> gone_;
+    int questions_ = 0; // and modal forms that are open
+    QuitGate quitGate_{[this] { return isOccupied(); }};
     std::vector<Measure> measures_; // at measuredScale_
     double measuredScale_ = 0;
     Pointer pointer_ = Pointer::Default;
@@ -109,6 +165,42 @@ QtDesktop::~QtDesktop() {
     for (const Open& each : std::exchange(open_, {}))
         if (each.window && running)
             delete each.window;
+    for (const Gone& each : std::exchange(gone_, {}))
+        if (each.window && running)
+            delete each.window;
+}
+
+QtDesktop::Pause::Pause(QtDesktop& desktop, const Form* except) : desktop_(desktop) {
+    ++desktop_.questions_;
+    for (const Open& each : desktop_.open_)
+        if (each.window && each.window->form() && each.form != except)
+            forms_.emplace_back(*each.window->form());
+}
+
+QtDesktop::Pause::~Pause() {
+    forms_.clear();
+    --desktop_.questions_;
+    desktop_.quitGate_.goOn();
+}
+
+bool QtDesktop::isOccupied() const {
+    return questions_ > 0 || std::ranges::any_of(open_, [](const Open& each) {
+        return each.window && each.window->form() && !each.window->form()->hearsUser();
+    });
+}
+
+// Called where the component is entered and left: the toolkit's own way of deleting a window waits for an
+// event loop, which some hosts never run and others not while they compute.
+void QtDesktop::releaseGone() {
+    for (const Gone& each : std::exchange(gone_, {})) {
+        if (!each.window)
+            continue;
+        const auto form = each.form.lock();
+        if ((form && form->handlesEvent()) || each.window->findChild<QDrag*>())
+            gone_.push_back(each);
+        else
+            delete each.window;
+    }
 }
 
 Screen QtDesktop::screen() {
@@ -163,12 +255,15 @@ void QtDesktop::showEarly(const std::shared_ptr<Form>& form) {
 }
 
 void QtDesktop::open(const std::shared_ptr<Form>& form, bool modal, bool isEarly) {
+    releaseGone();
+    const Form::Handling now(*form);
     FormWindow* window = makeFormWindow(views_, form);
     const bool staysAbove = modal || window->windowType() == Qt::Tool;
     const QWidget* active = QApplication::activeModalWidget();
     if (!active)
         active = QApplication::activeWindow();
-    open_.push_back({form.get(), window, nullptr, isEarly});
+    open_.push_back({form.get(), window, nullptr, isEarly,
+        std::make_shared<Connection>(form->hearsAgain.connectScoped([this] { quitGate_.goOn(); }))});
     form->setShown(true);
     window->open(modal, staysAbove && active ? active->window()->windowHandle() : nullptr);
 }
@@ -177,15 +272,19 @@ void QtDesktop::runModal(const std::shared_ptr<Form>& form) {
     const auto entry = find(*form);
     if (entry == open_.end())
         return; // closed by its own activation
-    QEventLoop loop;
-    entry->modalLoop = &loop;
-    loop.exec();
-    // Still there: the application is ending.
-    if (const auto left = find(*form); left != open_.end()) {
-        left->modalLoop = nullptr;
-        if (!form->unload())
-            takeAway(*form);
+    {
+        const Pause others(*this, form.get());
+        QEventLoop loop;
+        entry->modalLoop = &loop;
+        loop.exec();
+        // Still there: the application is ending.
+        if (const auto left = find(*form); left != open_.end()) {
+            left->modalLoop = nullptr;
+            if (!form->unload())
+                takeAway(*form);
+        }
     }
+    releaseGone();
 }
 
 void QtDesktop::takeAway(Form& form) {
@@ -199,8 +298,10 @@ void QtDesktop::takeAway(Form& form) {
         gone.window->reportSize();
     form.userActivate(false);
     form.setShown(false);
-    if (gone.window)
+    if (gone.window) {
         gone.window->retire();
+        gone_.push_back({gone.window, form.weak_from_this()});
+    }
     if (gone.modalLoop)
         gone.modalLoop->quit();
 }
@@ -216,6 +317,7 @@ void QtDesktop::repaint(Control& control) {
 }
 
 void QtDesktop::doEvents() {
+    releaseGone();
     QApplication::processEvents();
     // What those events changed is painted as well.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
@@ -237,16 +339,19 @@ void QtDesktop::popUpMenu(MenuItem& menu) {
 
 Answer QtDesktop::ask(const Message& message) {
     const PointerScope arrow(*this, Pointer::Default);
+    const Pause others(*this);
     return showMessage(message);
 }
 
 bool QtDesktop::showOpen(Form& owner, FileDialog& dialog) {
     const PointerScope arrow(*this, Pointer::Default);
+    const Pause others(*this);
     return showFileDialog(windowOf(owner), dialog, FileDialogKind::Open);
 }
 
 bool QtDesktop::showSave(Form& owner, FileDialog& dialog) {
     const PointerScope arrow(*this, Pointer::Default);
+    const Pause others(*this);
     return showFileDialog(windowOf(owner), dialog, FileDialogKind::Save);
 }
 
@@ -258,11 +363,13 @@ SystemPrinter& QtDesktop::systemPrinter() {
 
 bool QtDesktop::showPrint(Form& owner, PrintDialog& dialog) {
     const PointerScope arrow(*this, Pointer::Default);
+    const Pause others(*this);
     return systemPrinter().ask(windowOf(owner), dialog);
 }
 
 std::optional<std::string> QtDesktop::askText(Form& owner, const TextPrompt& prompt) {
     const PointerScope arrow(*this, Pointer::Default);
+    const Pause others(*this);
     return showTextPrompt(windowOf(owner), prompt);
 }
 
@@ -274,9 +381,10 @@ void ensureApplication() {
     if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))
         throw Error(errors::CannotCreateObject,
             "There is no screen to show windows on: set DISPLAY or WAYLAND_DISPLAY");
+    // The name in the titles of windows is the host program's.
     static int argumentCount = 1;
-    static char name[] = "k_genutil";
-    static char* arguments[] = {name, nullptr};
+    static std::string name = program_invocation_name;
+    static char* arguments[] = {name.data(), nullptr};
     // Never destroyed: the process may end in any order, and the toolkit must not go while libraries still
     // unload.
     new QApplication(argumentCount, arguments);

@@ -43,10 +43,10 @@ private:
     Control& model_;
 };
 
-// Runs what the user did; the form outlives it whatever the handlers do.
+// Runs what the user did; the form and its window outlive it whatever the handlers do.
 template<class Act>
 void report(Control& model, Act&& act) {
-    const auto alive = model.form().shared_from_this();
+    const Form::Handling now(model.form());
     act();
 }
 

@@ -119,6 +119,7 @@ void FormWindow::retire() {
             delete child;
     form_.reset();
     hide();
+    // The desktop is mostly first: in a host that runs no event loop this never happens.
     deleteLater();
 }
 
@@ -139,8 +140,9 @@ void FormWindow::bringToFront() {
 
 void FormWindow::popUp(const MenuItem& menu) {
     auto* shown = findChild<QMenu*>(QString::fromStdString(menu.name()));
-    if (!shown)
+    if (!shown || !form_)
         return;
+    const Form::Handling now(*form_);
     QPoint place = QCursor::pos();
     for (const Control* control : form_->controls())
         if (const auto* grid = dynamic_cast<const GridView*>(viewOf(*control)))
@@ -249,6 +251,7 @@ void FormWindow::reportSize() {
     if (!form_ || !isVisible() || reporting_)
         return;
     const auto alive = form_;
+    const Form::Handling now(*alive);
     const QPointer<FormWindow> here(this);
     const WindowState state = fromQt(windowState());
     const QSize wanted = wantedContents();
@@ -263,7 +266,7 @@ void FormWindow::reportSize() {
             height = scale_.twips(actual.height()) + alive->chrome().height;
     }
     {
-        const Reporting now(reporting_);
+        const Reporting applied(reporting_);
         alive->userResize(width, height, state);
     }
     if (!here || !form_)
@@ -293,11 +296,13 @@ void FormWindow::timerEvent(QTimerEvent* event) {
 void FormWindow::moveEvent(QMoveEvent*) {
     if (!form_ || !isVisible() || reporting_ || fromQt(windowState()) != WindowState::Normal)
         return;
-    const Reporting now(reporting_);
+    const auto alive = form_;
+    const Form::Handling now(*alive);
+    const Reporting applied(reporting_);
     const auto moved = [this](int pixels, double twips) {
         return scale_.pixels(twips) == pixels ? twips : scale_.twips(pixels);
     };
-    form_->userMove(moved(pos().x(), form_->left), moved(pos().y(), form_->top));
+    alive->userMove(moved(pos().x(), alive->left), moved(pos().y(), alive->top));
 }
 
 void FormWindow::changeEvent(QEvent* event) {
@@ -305,6 +310,7 @@ void FormWindow::changeEvent(QEvent* event) {
     if (!form_)
         return;
     const auto alive = form_;
+    const Form::Handling now(*alive);
     if (event->type() == QEvent::ActivationChange)
         alive->userActivate(isActiveWindow());
     else if (event->type() == QEvent::WindowStateChange)
@@ -312,11 +318,18 @@ void FormWindow::changeEvent(QEvent* event) {
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
-    event->ignore(); // the form decides; when it goes it takes the window away itself
+    // The form decides; when it goes it takes the window away itself.
+    event->ignore();
     if (reportTimer_.isActive())
         reportSize();
-    if (const auto alive = form_)
-        alive->unload(UnloadReason::CloseBox);
+    const auto alive = form_;
+    if (alive) {
+        const Form::Handling now(*alive);
+        // The window system alone asks for the user.
+        alive->userClose(event->spontaneous() ? UnloadReason::CloseBox : UnloadReason::Ending);
+    }
+    // A window whose form has gone never keeps the application from ending.
+    event->setAccepted(!alive || !alive->isLoaded());
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -327,8 +340,9 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
 
 bool FormWindow::handleKey(const QKeyEvent& event) {
     const auto alive = form_;
+    const Form::Handling now(*alive);
     const KeyEvent pressed = toKeyEvent(event);
-    if (pressed.code != 0 && alive->userKey(pressed))
+    if (!alive->hearsUser() || (pressed.code != 0 && alive->userKey(pressed)))
         return true;
     if (!alive->isShown())
         return true;
@@ -338,19 +352,22 @@ bool FormWindow::handleKey(const QKeyEvent& event) {
         pressed.code == key::Enter && dynamic_cast<const Button*>(alive->activeControl()) != nullptr;
     if (!isForButton && !characters.isEmpty() && alive->userCharacter(characters.front().unicode()))
         return true;
-    return !alive->isShown() || pressByKey(pressed.code);
+    return !alive->isShown() || pressByKey(pressed);
 }
 
-// Enter presses the focused button or else the default one, Escape the one that cancels.
-bool FormWindow::pressByKey(int code) {
+// Enter presses the focused button or else the default one, Escape the one that cancels. A key that is held
+// down presses once: it may have answered the question of its first press.
+bool FormWindow::pressByKey(const KeyEvent& event) {
+    const int code = event.code;
     if (code != key::Enter && code != key::Escape)
         return false;
     const auto alive = form_;
-    const auto press = [this](Button& button) {
+    const auto press = [this, &event](Button& button) {
         const QWidget* view = viewOf(button);
         if (!view || !view->isVisible() || !button.enabled)
             return false;
-        button.userPress();
+        if (!event.repeated)
+            button.userPress();
         return true;
     };
     for (Control* control : alive->controls()) {

@@ -74,7 +74,7 @@ private:
     int menuHeight(int width) const;
     QSize wantedContents() const;
     bool handleKey(const QKeyEvent& event);
-    bool pressByKey(int code);
+    bool pressByKey(const KeyEvent& event);
 
     std::shared_ptr<Form> form_;
     TwipScale scale_ = TwipScale::ofScreen();

@@ -43,7 +43,7 @@ void offer(QComboBox& box, const std::vector<Choice>& choices, int current) {
     box.setEnabled(choices.size() > 1);
 }
 
-class PrintWindow : public QDialog {
+class PrintWindow : public StackDialog<QDialog> {
 public:
     PrintWindow(QWidget* owner, const std::vector<PrinterDevice>& installed, const PrintDialog& given);
 
@@ -91,7 +91,7 @@ private:
 
 PrintWindow::PrintWindow(
     QWidget* owner, const std::vector<PrinterDevice>& installed, const PrintDialog& given)
-    : QDialog(owner), installed_(installed), given_(given), wanted_(given.page) {
+    : StackDialog(owner), installed_(installed), given_(given), wanted_(given.page) {
     setObjectName("print");
     setWindowTitle(tr("Print"));
     auto* const column = new QVBoxLayout(this);
@@ -289,12 +289,7 @@ bool PrintWindow::mayWriteFile() {
     std::error_code none;
     if (std::filesystem::equivalent(file_->text().toStdString(), given_.document, none))
         return refuse("is the report itself.");
-    if (!file.exists() || file.absoluteFilePath() == replacedFile_)
-        return true;
-    return showMessage({.text = "'" + file_->text().toStdString() + "' exists already. Replace it?",
-               .icon = Icon::Question,
-               .buttons = Buttons::YesNo,
-               .defaultAnswer = Answer::No}) == Answer::Yes;
+    return file.absoluteFilePath() == replacedFile_ || mayReplaceFile(file_->text());
 }
 
 void PrintWindow::accept() {

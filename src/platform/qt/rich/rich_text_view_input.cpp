@@ -101,12 +101,13 @@ void RichTextView::dragMoveEvent(QDragMoveEvent* event) {
 }
 
 void RichTextView::contextMenuEvent(QContextMenuEvent* event) {
-    const std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
+    auto* const menu = createStandardContextMenu(event->pos());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
     if (!actions().isEmpty()) {
         menu->addSeparator();
         menu->addActions(actions());
     }
-    menu->exec(event->globalPos());
+    menu->popup(event->globalPos());
 }
 
 bool RichTextView::event(QEvent* event) {

@@ -232,7 +232,7 @@ bool TextView::canDo(Command command) const {
 void TextView::carryOut(Command command) {
     if (!canDo(command))
         return;
-    const auto alive = model_->form().shared_from_this();
+    const Form::Handling now(model_->form());
     switch (command) {
     case Command::Undo:
     case Command::Redo:

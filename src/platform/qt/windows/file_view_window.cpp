@@ -2,6 +2,7 @@
 
 #include "platform/qt/form/bind.h"
 #include "platform/qt/form/report_view.h"
+#include "platform/qt/tie.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -155,8 +156,9 @@ void FileViewWindow::dropEvent(QDropEvent* event) {
     QMetaObject::invokeMethod(
         this,
         [this, file] {
-            if (const auto stillShown = viewer())
-                stillShown->userDropFile(file.toStdString());
+            const auto stillShown = viewer();
+            if (stillShown && stillShown->hearsUser())
+                report(*stillShown, [&] { stillShown->userDropFile(file.toStdString()); });
         },
         Qt::QueuedConnection);
 }
