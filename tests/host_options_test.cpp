@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
@@ -205,7 +206,9 @@ TEST_F(HostWithComponent, OptionsOfAJobOfAnEarlierVersionAreShownAndNotStored) {
     bool stays = false;
     const WindowVisitor visitor([&](QWidget& window) {
         // The question whether to abandon the changes; the window closes whatever the answer.
-        QTimer::singleShot(500, qApp, [] { QApplication::activeModalWidget()->close(); });
+        QTimer::singleShot(500, qApp, [] {
+            qobject_cast<QMessageBox*>(QApplication::activeModalWidget())->button(QMessageBox::Yes)->click();
+        });
         type(window, "txtSDAzimuth", "7");
         press<QPushButton>(window, "cmdOK");
         stays = window.isVisible() && window.findChild<QLineEdit*>("txtSDAzimuth")->text().startsWith('7');
