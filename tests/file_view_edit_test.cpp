@@ -199,6 +199,9 @@ TEST_F(Editing, KeepsTheViewerOpenThroughAnEditSessionAndShowsTheResult) {
     form.cmdSelect.enabled = false;
     host.whileRunning = [&] {
         EXPECT_FALSE(form.cmdClose.enabled || form.cmdEdit.enabled || form.cmdPrint.enabled);
+        for (const MenuItem* held : {&form.mnu_OpenFile, &form.mnu_Save, &form.mnu_SaveAs, &form.mnu_Edit,
+                 &form.mnu_Print, &form.mnu_PrintPreview, &form.mnu_ExportPdf, &form.mnu_Reload})
+            EXPECT_FALSE(held->enabled) << held->name();
         EXPECT_TRUE(form.rtbViewText.locked) << "typing would be lost when the file is shown again";
         EXPECT_FALSE(form.unload(UnloadReason::CloseBox));
         files.put(path, "edited\nagain");
@@ -329,7 +332,33 @@ TEST_F(Editing, ShowsNothingUnderTheNameOfAFileThatCannotBeRead) {
     desktop.chosenFiles = {"/jobs/missing.log"};
     form.mnu_OpenFile.userChoose();
     EXPECT_EQ(wholeText(form), "") << "the text of one file must not be saved under the name of another";
-    EXPECT_FALSE(form.isModified() || form.mnu_Save.enabled || form.mnu_SaveAs.enabled);
+    EXPECT_FALSE(form.isModified() || form.mnu_Save.enabled);
+    EXPECT_FALSE(form.mnu_PrintPreview.enabled || form.mnu_ExportPdf.enabled || form.mnu_Reload.enabled);
+    for (frmFileView* empty : {&form, &view(24, path)}) {
+        desktop.dialogs.clear();
+        EXPECT_TRUE(empty->mnu_SaveAs.enabled);
+        empty->mnu_SaveAs.userChoose();
+        EXPECT_EQ(desktop.messages.back().text, "Select and display file first !!");
+        EXPECT_TRUE(desktop.dialogs.empty()) << "nothing is there to be saved";
+    }
+    frmFileView& typed = view(24, path);
+    type(typed, "X");
+    desktop.chosenFiles = {"/jobs/typed.txt"};
+    typed.mnu_SaveAs.userChoose();
+    EXPECT_EQ(files.bytesOf("/jobs/typed.txt"), "X");
+}
+
+TEST_F(Editing, ReloadingMovesResizesAndStoresNothing) {
+    frmFileView& form = view(25, path);
+    form.userResize(9000, 6001, WindowState::Normal);
+    form.userMove(100, 200);
+    const auto stored = host.settings;
+    files.put(path, std::string(500, 'x'));
+    form.mnu_Reload.userChoose();
+    EXPECT_EQ(wholeText(form), std::string(500, 'x'));
+    EXPECT_EQ((std::array{form.width.get(), form.height.get(), form.left.get(), form.top.get()}),
+        (std::array{9000.0, 6001.0, 100.0, 200.0}));
+    EXPECT_EQ(host.settings, stored);
 }
 
 TEST_F(Editing, FindsForwardBackwardAndAround) {

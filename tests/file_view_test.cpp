@@ -41,6 +41,13 @@ TEST_F(Viewer, FixesTitleMenusAndMemoryByViewMode) {
         form.userResize(6000, 4000, WindowState::Normal);
         EXPECT_EQ(host.settings.contains("File_View_Window"), c.remembers) << c.mode;
         host.settings.clear();
+        for (const MenuItem* own : {&form.mnu_PrintPreview, &form.mnu_ExportPdf})
+            EXPECT_EQ(own->enabled, c.print && c.mode != 24) << c.mode;
+        EXPECT_EQ(form.mnu_Reload.enabled, c.mode != 24) << c.mode;
+        form.userResize(15000, 11520, WindowState::Maximized);
+        form.unload();
+        EXPECT_EQ(form.prog->get(program::FileViewState), c.remembers ? 2 : 0) << c.mode;
+        host.settings.clear();
     }
     EXPECT_EQ(loader.form()->rtbViewText.document()->line(0), "text");
     EXPECT_EQ(view(23, path).helpContextId, 7700);
@@ -108,7 +115,9 @@ TEST_F(Viewer, RestoresAStoredPlacementAndReportsADamagedOne) {
     EXPECT_EQ(placed.rtbViewText.width, 8880);
     EXPECT_EQ(placed.rtbViewText.height, 5300);
     host.settings["File_View_Window"] = "2,1000,2000,6000,9000";
-    EXPECT_EQ(view(25, path).windowState, WindowState::Maximized);
+    const frmFileView& maximized = view(25, path);
+    EXPECT_EQ(maximized.windowState, WindowState::Maximized);
+    EXPECT_EQ(maximized.width, 9000) << "when it is restored";
     for (const char* damaged : {"7", "0,0,0,0,0", "0,1,1,-5,100", "0,0,0,1e9,1e9", "0", "0,,,,"}) {
         host.log.clear();
         host.settings["File_View_Window"] = damaged;
@@ -165,6 +174,7 @@ TEST_F(Viewer, OpensAnotherFileAndLeavesTheShownOneWhenTheUserCancels) {
     EXPECT_EQ(form.caption.get(), "View File: " + second);
     EXPECT_FALSE(form.isModified() || form.mnu_Save.enabled);
     EXPECT_TRUE(form.mnu_Print.enabled && form.mnu_SaveAs.enabled);
+    EXPECT_EQ(desktop.dialogs[1].folder, third.substr(0, third.rfind('/') + 1)) << "where the shown file is";
     form.mnu_OpenFile.userChoose();
     EXPECT_EQ(form.FileToView, second);
     EXPECT_EQ(form.rtbViewText.document()->line(0), "bearing");

@@ -55,12 +55,13 @@ TEST_F(Printing, TakesSheetFontAndMarginsFromTheNameAndShrinksTheFontUntilTheWid
     desktop.answers = {Answer::No};
     print("job.log", std::string(500, 'x'));
     EXPECT_TRUE(printer.pages.empty()) << "rather not than without the end of the line";
-    for (const double pixels : {0.0, 20.0, 100.0}) {
-        printer.offsetPixels = pixels;
+    for (const double twips : {0.0, 0.9, 1.0, 300.0, 1500.0}) {
+        printer.offsetPixels = twips / 15;
         print("job.log", "a\n");
         const auto& header = printer.pages.front().lines.front();
-        EXPECT_EQ(header.x, pixels == 20 ? 827 - 300 : 827) << pixels;
-        EXPECT_EQ(header.y, 276) << pixels << ": an offset that takes all of the margin leaves it";
+        EXPECT_EQ(header.x, twips >= 1 && twips < 827 ? 827 - twips : 827) << twips;
+        EXPECT_EQ(header.y, twips == 1 ? 275 : 276)
+            << twips << ": one that takes all of the margin leaves it";
     }
 }
 
@@ -77,6 +78,26 @@ TEST_F(Printing, HeadsEveryPageWithProgramFileAndDates) {
     }
     EXPECT_EQ(printer.ended, 1);
     EXPECT_EQ(printer.cancelled, 0);
+
+    // Of a long path nothing is lost: it goes on below, and the report begins further down where it must.
+    const std::size_t usual = printer.pages[0].lines.size();
+    for (const std::size_t length : {150u, 3000u}) {
+        print(std::string(length, 'p') + ".log", numbered(1, 200));
+        std::string header;
+        double below = 0;
+        std::size_t count = 0;
+        for (const auto& line : printer.pages[0].lines)
+            if (line.font.size == 5) {
+                header += line.text;
+                below = line.y + line.font.size * 24;
+                EXPECT_LE(line.x + double(line.text.size()) * 12 * 5, printer.scaleWidth()) << line.text;
+                ++count;
+            }
+        EXPECT_EQ(header, "Kestal v8.2  -  /JOBS/" + std::string(length, 'P') +
+                              ".LOG : 30 Dec 1899  00:00  -  Date printed : Tuesday, 9 Dec 2025  09:00");
+        EXPECT_GE(printer.pages[0].lines[count].y, below);
+        EXPECT_EQ(printer.pages[0].lines.size() - count == usual - 1, length == 150) << count;
+    }
 }
 
 TEST_F(Printing, PrintsRangesOfTheSheetsOfTheWholeReport) {
@@ -127,6 +148,16 @@ TEST_F(Printing, PrintsWholeCopiesInTheSameFontAndLeavesNoCopiesToThePrinter) {
             printer.pages[std::size_t(i) + 2].lines.back().font);
     }
     EXPECT_EQ(printer.page().copies, 1);
+    for (const auto& [lines, duplex, sheets] : {std::tuple{30, 2, 3u}, {30, 1, 2u}, {100, 3, 4u}}) {
+        desktop.onPrint = [duplex](PrintDialog& dialog) {
+            dialog.page.copies = 2;
+            dialog.page.duplex = std::int16_t(duplex);
+            return true;
+        };
+        print("a.log", numbered(1, lines));
+        EXPECT_EQ(printer.pages.size(), sheets) << "the second copy begins on a sheet of its own";
+        EXPECT_EQ(printer.pages[1].lines.empty(), sheets == 3);
+    }
 }
 
 TEST_F(Printing, PrintsTheSelectionThroughAFileOfItsOwnThatGoesAgain) {

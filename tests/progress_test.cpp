@@ -47,6 +47,24 @@ TEST_F(Gauge, TakesItsWidthFromTheTitle) {
     EXPECT_EQ(desktop.openForms.size(), 2u) << "a second set-up leaves the first window open";
 }
 
+TEST_F(Gauge, IsUsableWithAnyTitle) {
+    const auto layOut = [&](const std::string& title) -> const frmProgress& {
+        progress->GaugeSetup(title, "Points read: ");
+        return *progress->form();
+    };
+    const double usual = layOut("Least-squares adjustment of the network").height;
+    for (const char* shortOne : {"", "\n"})
+        EXPECT_GE(layOut(shortOne).lblValue.width, desktop.textWidth({}, "12345"));
+    const frmProgress& two = layOut("Least-squares adjustment\nof the network");
+    EXPECT_EQ(two.lblTitle.width, desktop.textWidth(two.lblTitle.font, "Least-squares adjustment"));
+    EXPECT_EQ(two.height, usual + 240);
+    EXPECT_GE(two.lblProgress.top, two.lblTitle.top + two.lblTitle.height);
+    const frmProgress& wide = layOut(std::string(5000, 'W'));
+    EXPECT_LT(wide.width, desktop.theScreen.width);
+    EXPECT_EQ(wide.width, wide.lblTitle.width + 480);
+    EXPECT_GE(wide.left, 0);
+}
+
 TEST_F(Gauge, FailsBeforeSetUpAndIsHarmlessToRemoveTwice) {
     try {
         progress->Gauge("1", 1);

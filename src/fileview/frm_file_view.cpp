@@ -204,6 +204,7 @@ void frmFileView::setUpMode() {
     }
     if (mode.atSetUp == ViewModeRules::AtSetUp::ShowsNothing) {
         FileToView.clear();
+        edited_ = false; // clearing the box was no edit
         LargeFileView(false, savedPlacement_);
         status.showText();
     } else {
@@ -211,6 +212,7 @@ void frmFileView::setUpMode() {
         fileFormat_ = formatOf(FileToView);
         DisplayFile();
     }
+    enableOwnCommands();
 }
 
 void frmFileView::SetFormCaption() {
@@ -240,8 +242,6 @@ void frmFileView::SetMenuOrButtons(bool open, bool edit, bool print) {
         mnu_OpenFile.enabled = open;
         mnu_Save.enabled = modified_ && edit;
         mnu_Print.enabled = hasFile && print;
-        mnu_PrintPreview.enabled = mnu_Print.enabled;
-        mnu_ExportPdf.enabled = mnu_Print.enabled;
         mnu_SaveAs.visible = edit;
         mnu_SaveAs.enabled = hasFile && mnu_SaveAs.visible;
         if (fileFormat_ == FileFormat::PlainText) {

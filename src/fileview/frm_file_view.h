@@ -108,10 +108,13 @@ private:
     void connectText();
     void connectTools();
     void setUpMode();
+    // What a text that is shown does to the window: fits it to the text, or nothing.
+    enum class Fit { Window, Nothing };
     // Reads FileToView into the text box and answers True, or says that it cannot be read.
-    bool showFile();
-    void loadPlain();
-    void loadRich();
+    bool showFile(Fit fit = Fit::Window);
+    void loadPlain(Fit fit);
+    void loadRich(Fit fit);
+    void enableOwnCommands();
     void showNothing();
     // Takes the file in this state for what is shown, and watches it from now on.
     void followFile(const std::optional<FileStamp>& state);

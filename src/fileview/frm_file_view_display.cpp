@@ -34,6 +34,12 @@ constexpr std::array eastAsianCharSets{128, 129, 130, 134, 136};
 constexpr double defaultWidthShare = 0.7; // of the screen
 constexpr double defaultHeightShare = 0.8;
 
+// With its separator; "" for a name without a folder.
+std::string folderOf(const std::string& file) {
+    const auto separator = file.rfind('/');
+    return separator == std::string::npos ? "" : file.substr(0, separator + 1);
+}
+
 } // namespace
 
 std::string frmFileView::readPlacementSetting() {
@@ -80,9 +86,9 @@ void frmFileView::followFile(const std::optional<FileStamp>& state) {
     });
 }
 
-bool frmFileView::showFile() {
+bool frmFileView::showFile(Fit fit) {
     try {
-        fileFormat_ == FileFormat::RichText ? loadRich() : loadPlain();
+        fileFormat_ == FileFormat::RichText ? loadRich(fit) : loadPlain(fit);
     } catch (const Error&) {
         desktop().ask({.text = "Error - Bad filename or file does not exist !!"});
         // The text of a file that cannot be read again is all that is left of it.
@@ -104,27 +110,31 @@ void frmFileView::showNothing() {
     noteNothingToSave();
 }
 
-void frmFileView::loadRich() {
+void frmFileView::loadRich(Fit fit) {
     const auto source = component().files().openFile(FileToView);
     std::string bytes = text::readAll(*source);
     auto rich = std::make_shared<text::RichText>(
         text::readRtf(bytes, component().files().codePages(), &richIsWhole_));
     richBytes_ = std::move(bytes);
-    savedPlacement_ = readPlacementSetting();
-    LargeFileView(true, savedPlacement_);
-    SetTextRTF(viewState());
+    if (fit == Fit::Window) {
+        savedPlacement_ = readPlacementSetting();
+        LargeFileView(true, savedPlacement_);
+        SetTextRTF(viewState());
+    }
     rtbViewText.setRichText(std::move(rich));
 }
 
-void frmFileView::loadPlain() {
+void frmFileView::loadPlain(Fit fit) {
     const auto source = component().files().openFile(FileToView);
     const auto document = std::make_shared<text::TextDocument>(
         text::TextDocument::load(*source, component().files().codePages()));
-    if (rememberPlacement_ && !savedPlacement_.empty())
-        LargeFileView(false, savedPlacement_);
-    else
-        fitWindowToText(*document);
-    SetTextRTF(viewState());
+    if (fit == Fit::Window) {
+        if (rememberPlacement_ && !savedPlacement_.empty())
+            LargeFileView(false, savedPlacement_);
+        else
+            fitWindowToText(*document);
+        SetTextRTF(viewState());
+    }
     rtbViewText.setDocument(document);
     if (std::ranges::find(eastAsianCharSets, int(component().sysInfo().CharSet())) !=
         eastAsianCharSets.end()) {
@@ -161,7 +171,7 @@ void frmFileView::LargeFileView(bool ignorePlacement, const std::string& placeme
         handle("LargeFileView", [&] {
             const Placement stored = readPlacement(placement, component().strUtil(), screen);
             windowState = stored.state;
-            if (stored.state == WindowState::Maximized)
+            if (stored.width == 0)
                 return;
             top = stored.top;
             left = stored.left;
@@ -187,6 +197,8 @@ void frmFileView::OpenFile() {
         FileDialog dialog = commonDialog1;
         dialog.filter = openFilter;
         dialog.fileName.clear();
+        if (const std::string folder = folderOf(shownFile_); !folder.empty())
+            dialog.folder = folder;
         if (!desktop().showOpen(*this, dialog))
             return; // a cancelled dialog leaves the file that is shown
         commonDialog1 = dialog;
@@ -200,11 +212,18 @@ void frmFileView::openPath(const std::string& file) {
     fileFormat_ = formatOf(file);
     DisplayFile();
     noteNothingToSave();
-    const bool isShown = shownFile_ == file;
-    mnu_SaveAs.enabled = isShown;
-    mnu_Print.enabled = isShown;
-    mnu_PrintPreview.enabled = isShown;
-    mnu_ExportPdf.enabled = isShown;
+    mnu_SaveAs.enabled = true;
+    mnu_Print.enabled = true;
+    enableOwnCommands();
+}
+
+// Saving under another name and printing stay enabled without a shown file and say why they do nothing; what
+// came to the menus beside them is grey then.
+void frmFileView::enableOwnCommands() {
+    const bool isShown = !FileToView.empty() && shownFile_ == FileToView;
+    mnu_PrintPreview.enabled = isShown && mnu_Print.enabled;
+    mnu_ExportPdf.enabled = isShown && mnu_Print.enabled;
+    mnu_Reload.enabled = isShown;
 }
 
 void frmFileView::WipeViewFile(const std::string& file) {

@@ -76,12 +76,17 @@ std::optional<std::string> frmFileView::askSaveName() {
 
 void frmFileView::SaveAs() {
     run("SaveAs", [this] {
+        const bool isShown = !FileToView.empty() && shownFile_ == FileToView;
+        if (!isShown && !edited_) {
+            desktop().ask({.text = "Select and display file first !!"});
+            return;
+        }
         const auto chosen = askSaveName();
-        if (!chosen || FileToView.empty())
+        if (!chosen)
             return;
         FileSystem& files = component().files();
         // A file that is gone, wiped perhaps, cannot be copied: its text is what there is to save.
-        const bool isGone = !files.stampOf(FileToView);
+        const bool isGone = FileToView.empty() || !files.stampOf(FileToView);
         const bool isNewerOnDisk = !isGone && !edited_ && notice.isOverwriteOfOthers(FileToView);
         if (!isGone)
             files.copyFile(FileToView, *chosen);
@@ -89,9 +94,10 @@ void frmFileView::SaveAs() {
         FileToView = *chosen;
         textIsThatOf(*chosen);
         SetFormCaption();
-        if (isNewerOnDisk && showFile())
+        if (isNewerOnDisk && showFile(Fit::Nothing))
             textIsThatOf(*chosen);
         SaveTheFile();
+        enableOwnCommands();
     });
 }
 

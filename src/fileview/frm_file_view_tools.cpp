@@ -115,8 +115,11 @@ void frmFileView::ReloadFile() {
         const auto state = component().files().stampOf(FileToView);
         const text::TextPosition anchor = rtbViewText.anchor();
         const text::TextPosition caret = rtbViewText.caret();
-        if (!showFile())
+        // The window stays where the user has it, and as large.
+        if (!showFile(Fit::Nothing)) {
+            enableOwnCommands();
             return;
+        }
         followFile(state);
         rtbViewText.select(anchor, caret);
         noteNothingToSave();

@@ -1,6 +1,7 @@
 #include "fileview/placement.h"
 
 #include "hostif/error.h"
+#include "text/blanks.h"
 
 #include <algorithm>
 #include <charconv>
@@ -33,7 +34,7 @@ Placement readPlacement(const std::string& stored, StringUtilities& strUtil, con
         throw Error(
             errors::InvalidCall, "Window placement '" + stored + "': the window state must be 0, 1 or 2");
     Placement placement{.state = WindowState(int(state))};
-    if (placement.state == WindowState::Maximized)
+    if (placement.state == WindowState::Maximized && text::isBlank(rest))
         return placement;
     placement.top = next();
     placement.left = next();

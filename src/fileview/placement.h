@@ -18,8 +18,9 @@ struct Placement {
     double width = 0;
 };
 
-// Reads a stored placement; a maximized one has no lengths. Throws InvalidCall, naming the text and the rule,
-// for a state other than 0, 1 or 2, or for a window without an area or far larger than the screen.
+// Reads a stored placement. That of a maximized window may hold the lengths that it has when it is restored,
+// or none (0). Throws InvalidCall, naming the text and the rule, for a state other than 0, 1 or 2, or for a
+// window without an area or far larger than the screen.
 Placement readPlacement(const std::string& stored, StringUtilities& strUtil, const Screen& screen);
 
 // The text kept for a normal window of this size: centred on the screen, wherever the window stands.

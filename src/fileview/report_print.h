@@ -36,14 +36,17 @@ private:
     struct Layout {
         Margins margins;
         Font font;
+        std::vector<PrintedLine> header;
+        double headerHeight = 0; // of one line of it
+        double textTop = 0;      // from the top margin to the first line of the report
         std::size_t linesPerPage = 1;
         std::string cutOff;
     };
     static Layout layOut(Printer& printer, const PrintedReport& report);
+    static void layOutHeader(Printer& printer, const std::string& header, double room, Layout& layout);
 
     Layout layout_;
     std::string title_;
-    PrintedLine header_;
     PagedLines pages_;
 };
 
@@ -67,8 +70,9 @@ std::string beyondLastPage(const PrintOutcome& outcome);
 // Told how many pages of how many have been printed; False cancels.
 using PrintProgress = std::function<bool(std::size_t done, std::size_t total)>;
 
-// Prints a range with the printer that the pages were laid out for, one whole copy after another. Nothing is
-// printed when the printer fails, when it is cancelled, or when the range begins behind the last page.
+// Prints a range with the printer that the pages were laid out for, one whole copy after another, each
+// beginning on a sheet of its own. Nothing is printed when the printer fails, when it is cancelled, or when
+// the range begins behind the last page.
 PrintOutcome printReport(
     Printer& printer, const ReportPages& pages, const PrintRange& range, const PrintProgress& goOn);
 

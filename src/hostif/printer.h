@@ -17,6 +17,7 @@ enum class PageOrientation : std::int16_t { Portrait = 1, Landscape = 2 };
 // setting to the printer.
 struct PageSettings {
     static constexpr std::int16_t a4 = 9;
+    static constexpr std::int16_t oneSide = 1;
 
     PageOrientation orientation = PageOrientation::Portrait;
     std::int16_t paperSize = a4;

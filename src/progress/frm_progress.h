@@ -23,10 +23,15 @@ public:
     Label lbl0;
     Label lbl100;
 
-    // Lays the window out around the title, which sets its width, and centres it on the screen.
+    // Lays the window out around the title, which sets its width, and centres it on the screen. A title
+    // without text gets a usable width, one that is wider than the screen is bounded by it.
     void layOut(const std::string& title, const std::string& countLabel);
     // Shows the window; an error on the way is left out.
     void Form_Setup();
+
+private:
+    double widestLine(const std::string& title);
+    void makeRoomFor(const std::string& title);
 };
 
 } // namespace genutil

@@ -265,7 +265,11 @@ void QtDesktop::open(const std::shared_ptr<Form>& form, bool modal, bool isEarly
     open_.push_back({form.get(), window, nullptr, isEarly,
         std::make_shared<Connection>(form->hearsAgain.connectScoped([this] { quitGate_.goOn(); }))});
     form->setShown(true);
+    const QPointer<FormWindow> shown(window);
     window->open(modal, staysAbove && active ? active->window()->windowHandle() : nullptr);
+    // A window that leaves the host at work: it may be long before that lets events run.
+    if (shown && shown->form() && shown->testAttribute(Qt::WA_ShowWithoutActivating))
+        shown->waitUntilSeen();
 }
 
 void QtDesktop::runModal(const std::shared_ptr<Form>& form) {

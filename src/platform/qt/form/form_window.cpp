@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QDeadlineTimer>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
@@ -16,6 +17,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <chrono>
 
 namespace genutil {
 namespace {
@@ -40,6 +42,16 @@ Qt::WindowStates toQt(WindowState state) {
     return state == WindowState::Maximized   ? Qt::WindowMaximized
            : state == WindowState::Minimized ? Qt::WindowMinimized
                                              : Qt::WindowNoState;
+}
+
+// Runs events, the user's excepted, until `isDone`, or for so long.
+template<class IsDone>
+void runWindowEvents(std::chrono::milliseconds atMost, const IsDone& isDone) {
+    constexpr qint64 step = 10;
+    const QDeadlineTimer limit(atMost);
+    while (!isDone() && !limit.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents,
+            int(std::min(limit.remainingTime(), step)));
 }
 
 WindowState fromQt(Qt::WindowStates states) {
@@ -123,9 +135,18 @@ void FormWindow::retire() {
     deleteLater();
 }
 
+void FormWindow::waitUntilSeen() {
+    constexpr std::chrono::milliseconds atMost{500};
+    const QPointer<FormWindow> here(this);
+    runWindowEvents(atMost, [this, here] { return !here || !form_ || windowHandle()->isExposed(); });
+    if (here && form_)
+        repaint();
+}
+
 void FormWindow::repaintView(const Control& control) {
-    if (!paintGate_.pass())
+    if (!paintBudget_.allows())
         return;
+    const PaintBudget::Spending spending(paintBudget_);
     // Captions held back during a burst come first.
     if (QWidget* view = viewOf(control)) {
         QCoreApplication::sendPostedEvents(view, QEvent::MetaCall);
@@ -134,8 +155,18 @@ void FormWindow::repaintView(const Control& control) {
 }
 
 void FormWindow::bringToFront() {
-    if (raiseGate_.pass())
+    static QPointer<FormWindow> front;
+    const QPointer<FormWindow> before = std::exchange(front, this);
+    if (before != this || raiseGate_.pass())
         raise();
+    if (!before || before == this || !paintBudget_.allows())
+        return;
+    // What the window in front has covered is painted once the window manager has changed their places.
+    const PaintBudget::Spending spending(paintBudget_);
+    constexpr std::chrono::milliseconds atMost{50};
+    const QPointer<FormWindow> here(this);
+    wasPainted_ = false;
+    runWindowEvents(atMost, [this, here] { return !here || wasPainted_; });
 }
 
 void FormWindow::popUp(const MenuItem& menu) {
@@ -284,6 +315,10 @@ void FormWindow::resizeEvent(QResizeEvent*) {
     contents_->setGeometry(0, menu, width(), std::max(0, height() - menu));
     if (!reportTimer_.isActive())
         reportTimer_.start(resizePause, this);
+}
+
+void FormWindow::paintEvent(QPaintEvent*) {
+    wasPainted_ = true;
 }
 
 void FormWindow::timerEvent(QTimerEvent* event) {

@@ -2,6 +2,7 @@
 
 #include "hostif/form.h"
 #include "platform/qt/form/burst_gate.h"
+#include "platform/qt/form/paint_budget.h"
 #include "platform/qt/twip_scale.h"
 
 #include <QBasicTimer>
@@ -35,9 +36,12 @@ public:
     // Ends every tie to the form and lets the window go; it disappears at once.
     void retire();
 
-    // Paints the view now, and brings the window to the front; both no more often than the screen is
-    // refreshed. What a view has been told meanwhile is painted with the pending events.
+    // Runs events, the user's excepted, until the window is on the screen as a whole, or for half a second:
+    // the host may compute for minutes before it lets events run.
+    void waitUntilSeen();
+    // Paints the view now, within the budget for that; what it leaves out is painted with the pending events.
     void repaintView(const Control& control);
+    // At most once in a screen refresh while no other window has been brought to the front.
     void bringToFront();
 
     // Shows the pop-up menu where the user has asked for it and returns when it has gone. Does nothing for a
@@ -60,6 +64,7 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
@@ -83,7 +88,8 @@ private:
     bool fixed_ = false;
     bool reporting_ = false;
     QBasicTimer reportTimer_;
-    BurstGate paintGate_;
+    PaintBudget paintBudget_;
+    bool wasPainted_ = false; // since that was asked for
     BurstGate raiseGate_;
 };
 
