@@ -113,6 +113,10 @@ Answer showMessage(const Message& message) {
         QString::fromStdString(message.text), toQt(message.buttons));
     box.setTextFormat(Qt::PlainText);
     box.setObjectName(QStringLiteral("message"));
+    // A minimized question would look like a program that hangs.
+    const bool hasWayOut = message.buttons != Buttons::YesNo;
+    box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       (hasWayOut ? Qt::WindowCloseButtonHint : Qt::WindowType()));
     for (QAbstractButton* button : box.buttons())
         button->installEventFilter(&box);
     for (const AnswerButton& each : answerButtons)
