@@ -14,6 +14,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
+#include <QThread>
 #include <QWindow>
 
 #include <algorithm>
@@ -44,14 +45,22 @@ Qt::WindowStates toQt(WindowState state) {
                                              : Qt::WindowNoState;
 }
 
+// The one that a host has shown or called last.
+QPointer<FormWindow>& windowInFront() {
+    static QPointer<FormWindow> window;
+    return window;
+}
+
 // Runs events, the user's excepted, until `isDone`, or for so long.
 template<class IsDone>
 void runWindowEvents(std::chrono::milliseconds atMost, const IsDone& isDone) {
-    constexpr qint64 step = 10;
     const QDeadlineTimer limit(atMost);
-    while (!isDone() && !limit.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents,
-            int(std::min(limit.remainingTime(), step)));
+    for (;;) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        if (isDone() || limit.hasExpired())
+            return;
+        QThread::msleep(1);
+    }
 }
 
 WindowState fromQt(Qt::WindowStates states) {
@@ -141,6 +150,7 @@ void FormWindow::waitUntilSeen() {
     runWindowEvents(atMost, [this, here] { return !here || !form_ || windowHandle()->isExposed(); });
     if (here && form_)
         repaint();
+    windowInFront() = here;
 }
 
 void FormWindow::repaintView(const Control& control) {
@@ -155,10 +165,12 @@ void FormWindow::repaintView(const Control& control) {
 }
 
 void FormWindow::bringToFront() {
-    static QPointer<FormWindow> front;
-    const QPointer<FormWindow> before = std::exchange(front, this);
-    if (before != this || raiseGate_.pass())
+    const QPointer<FormWindow> before = std::exchange(windowInFront(), this);
+    if (before != this || raiseGate_.pass()) {
         raise();
+        // The toolkit keeps the request until it waits for events, or paints: a dot will do.
+        repaint(0, 0, 1, 1);
+    }
     if (!before || before == this || !paintBudget_.allows())
         return;
     // What the window in front has covered is painted once the window manager has changed their places.
