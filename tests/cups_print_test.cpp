@@ -149,13 +149,13 @@ TEST_F(Scheduler, GetsNothingOfACancelledReportAndItsAbsenceIsAnErrorThatNamesTh
     printer->choose({"closed", "", ""});
     EXPECT_THAT(failure(), HasSubstr("printer 'closed'"));
     printer->choose({"cellar", "", ""});
-    EXPECT_THAT(failure(), HasSubstr("printer 'cellar' has not taken the document: it is not there"));
+    EXPECT_THAT(failure(), HasSubstr("printer 'cellar' has not accepted the document: it is not there"));
     printer->choose({"office", "", ""});
     // One that hangs is not waited for without end, nor so long again.
     QElapsedTimer waiting;
     waiting.start();
     ::kill(pid_t(scheduler.processId()), SIGSTOP);
-    EXPECT_THAT(failure(), HasSubstr("printer 'office' has not taken the document: the scheduler"));
+    EXPECT_THAT(failure(), HasSubstr("printer 'office' has not accepted the document: the scheduler"));
     EXPECT_EQ(printer->installed().size(), 1u) << "the PDF file";
     EXPECT_LT(waiting.elapsed(), 9'000);
     ::kill(pid_t(scheduler.processId()), SIGCONT);

@@ -128,6 +128,7 @@ TEST_F(LSDialog, RefusesWhatTheOptionDoesNotAllow) {
         const char* message;
     } cases[] = {
         {16, "0", "0", "Cannot be zero!"},
+        {11, "1e400", "1e400", "The option AngleCentr cannot hold the number '1e400'"},
         {16, "1 2.5x", "12.5", ""},
         {17, "", "0", ""},
         {25, "none", "0", "Cannot be zero!"},

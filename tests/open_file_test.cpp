@@ -84,8 +84,8 @@ TEST_F(OpenFile, RefusesWhatIsNotARegularFileWithoutWaitingForIt) {
              Case{folder / "missing/report.log", errors::PathNotFound, "folder"},
              Case{good + "/report.log", errors::PathNotFound, "Cannot find"},
              Case{folder / std::string(300, 'x'), errors::BadFileName, "Cannot find"},
-             Case{good + std::string(1, '\0') + "x", errors::BadFileName, "zero bytes"},
-             Case{"", errors::BadFileName, "needs a name"},
+             Case{good + std::string(1, '\0') + "x", errors::BadFileName, "zero byte"},
+             Case{"", errors::BadFileName, "must not be empty"},
          }) {
         const Error opening = failureOf([&] { files->openFile(each.path); });
         EXPECT_EQ(opening.number(), each.number) << opening.description();

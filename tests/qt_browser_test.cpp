@@ -55,7 +55,7 @@ TEST(PageRules, ShowOnlyOrdinaryFilesOfThePagesOwnFolder) {
     EXPECT_FALSE(PageFolder().faultOf(here + "/help/page.html").empty());
     EXPECT_EQ(findPage("FILE://" + (files / "help/page.html") + "#two").fragment, "two");
     EXPECT_EQ(findPage(files / "help/sub/a b#%41.html").fault, "");
-    EXPECT_EQ(findPage("https://example.org/").fault, "Only pages of this computer are shown here.");
+    EXPECT_EQ(findPage("https://example.org/").fault, "Only pages on this computer are shown here.");
 }
 
 // The component's browser on a real desktop, in a process that knows nothing of the engine.
@@ -253,10 +253,10 @@ TEST_F(Page, RefusesLinksThatLeadOutInPlaceAndFollowsTheOthers) {
     };
     int shown = 0;
     for (const Case& each :
-        {Case{"http://127.0.0.1:9/", "", "Only files of the page's own folder are shown."},
+        {Case{"http://127.0.0.1:9/", "", "Only files in the page's own folder are shown."},
             Case{"missing.html", "", "There is no such file."},
             Case{"./", "target=_blank", "It is a folder."},
-            Case{"mailto:somebody@example.org", "", "Only files of the page's own folder are shown."},
+            Case{"mailto:somebody@example.org", "", "Only files in the page's own folder are shown."},
             Case{"next.html", "target=_blank ping=http://127.0.0.1:9/", ""}}) {
         // Each page has a colour of its own by which it is known to be there.
         const QRgb colour = blue - QRgb(++shown);
@@ -349,7 +349,7 @@ TEST_F(Page, NamesTheModuleThatIsMissing) {
         {"--gtest_also_run_disabled_tests", "--gtest_filter=Page.DISABLED_SaysWhatIsMissing"});
     ASSERT_TRUE(program.waitForFinished(60000));
     const std::string said = program.readAllStandardOutput().toStdString();
-    EXPECT_NE(said.find(files / "k_genutil_web.so, cannot be used: there is no such file"), said.npos)
+    EXPECT_NE(said.find(files / "k_genutil_web.so cannot be used: there is no such file"), said.npos)
         << said;
     EXPECT_EQ(program.exitCode(), 0);
 }

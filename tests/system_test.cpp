@@ -83,8 +83,8 @@ TEST_F(WipeFile, RefusesWhatIsNotOneRegularFileAndNamesThePathAndTheRule) {
              Case{folder / "pipe", errors::PathAccess, "only regular files"},
              Case{"/dev/null", errors::PathAccess, "only regular files"},
              Case{folder / "missing.log", errors::FileNotFound, "Cannot find"},
-             Case{target + std::string(1, '\0') + "x", errors::BadFileName, "zero bytes"},
-             Case{"", errors::BadFileName, "needs a name"},
+             Case{target + std::string(1, '\0') + "x", errors::BadFileName, "zero byte"},
+             Case{"", errors::BadFileName, "must not be empty"},
          }) {
         try {
             files->wipeFile(each.path);

@@ -123,10 +123,10 @@ protected:
 /// batches.
 struct _ReportPrinting : IUnknown {
     /// Prints a plain-text report into a PDF file, which appears whole or not at all. `orientation` is 1 for
-    /// a sheet that stands, 2 for one that lies, 0 for what the report's name asks for. Lines and pages are
-    /// counted from 1, the first and the last one are printed, and a `to...` of 0 is the end; the pages are
-    /// those that the lines make. `pages` receives how many were printed, those of all copies, and `cutOff`
-    /// what the paper's right edge has cut off of long lines, or nothing.
+    /// portrait, 2 for landscape, 0 for what the report's name asks for. Lines and pages are counted from 1;
+    /// ranges include both ends, and a `to...` of 0 means the end. Pages are counted over the chosen lines.
+    /// `pages` receives the number of pages printed, all copies together, and `cutOff` what was lost of long
+    /// lines at the paper's right edge; empty if nothing was.
     virtual HRESULT STDMETHODCALLTYPE PrintToPdf(BSTR* FileToView, BSTR* pdfFile, IDispatch** prog,
         short orientation, LONG fromLine, LONG toLine, LONG fromPage, LONG toPage, short copies, LONG* pages,
         BSTR* cutOff) = 0;

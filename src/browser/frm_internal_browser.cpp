@@ -21,7 +21,7 @@ constexpr double margin = 120, gap = 90;
 constexpr double buttonWidth = 1215, beforeFrame = 300; // the Close button and its distance from the right
 constexpr double findLabelWidth = 420, findWidth = 2400, findButtonWidth = 960;
 
-// Up to this many pixels in either direction a window takes the whole screen.
+// On a screen of at most this many pixels in either direction the window is maximized.
 constexpr double smallWidth = 800, smallHeight = 600;
 
 // From half to three times the usual size.
@@ -73,7 +73,7 @@ frmInternal_Browser::frmInternal_Browser(Component& owner)
     mnuForward.enabled = false;
     mnuCopy.enabled = false;
     mnuCopyLink.visible = false;
-    txtFind.toolTip = "Text to look for";
+    txtFind.toolTip = "Text to find";
     showFinding(false);
     width = designWidth;
     height = designHeight;
@@ -87,7 +87,8 @@ void frmInternal_Browser::connectPage() {
         try {
             layOut();
         } catch (...) {
-            // A page in the wrong place is better than a report with every movement of the mouse.
+            // Errors are dropped here: a misplaced page is better than an error report for every movement of
+            // the mouse.
         }
     };
     on(resize, "Form_Resize", [this, layOutQuietly] {
@@ -156,7 +157,7 @@ void frmInternal_Browser::connectFinding() {
         if (txtFind.visible && !txtFind.text.get().empty())
             say(count > 0 ? std::to_string(place) + " of " + std::to_string(count) : "Not found");
     });
-    // Escape ends what was begun last: the search, or else the window.
+    // Escape closes the find field if it is open, otherwise the window.
     keyPreview = true;
     on(keyDown, "Form_KeyDown", [this](KeyEvent& event) {
         if (event.code != key::Escape)

@@ -34,13 +34,13 @@ void replace(BSTR* text, const std::string& by) {
     std::swap(*text, *written.inOut());
 }
 
-// Whether every argument that must be there has a place.
+// Whether every required argument pointer is valid.
 template<class... Pointers>
 bool allGiven(const Pointers*... pointers) {
     return ((pointers != nullptr) && ...);
 }
 
-// The answer to a call that lacks such a place.
+// The answer to a call with an invalid one.
 HRESULT noPlace() {
     clearErrorInfo();
     return E_POINTER;
@@ -169,7 +169,7 @@ private:
     }
     static std::optional<PageOrientation> orientationOf(short number) {
         if (number < 0 || number > 2)
-            throw Error(errors::InvalidCall, "The orientation of a sheet is 0, 1 or 2");
+            throw Error(errors::InvalidCall, "The orientation must be 0, 1 (portrait) or 2 (landscape)");
         return number == 0 ? std::nullopt : std::optional(PageOrientation(number));
     }
 

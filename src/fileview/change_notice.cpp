@@ -16,7 +16,8 @@ void ChangeNotice::follow(
     const std::string& path, std::optional<FileStamp> state, std::function<void()> changed) {
     own_ = known_ = state;
     pnlNotice.visible = false;
-    // The handler of a watch may be what follows anew: it is ended only when another file is watched.
+    // The watch's own handler may call this, so the watch is replaced only when another file is to be
+    // watched.
     if (!watch_ || path_ != path)
         watch_ = form_.desktop().watchFile(path, std::move(changed));
     path_ = path;

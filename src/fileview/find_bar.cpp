@@ -19,9 +19,9 @@ FindBar::FindBar(Form& form, ReportText& text)
       cmdFindNext(form, "cmdFindNext", "Ne&xt"), cmdFindPrevious(form, "cmdFindPrevious", "Previo&us"),
       cmdFindClose(form, "cmdFindClose", "Clo&se"), lblFindResult(form, "lblFindResult", ""), text_(text) {
     pnlFind.visible = false;
-    txtFind.toolTip = "Text to look for, within one line";
-    cmdFindNext.toolTip = "Look on towards the end (F3)";
-    cmdFindPrevious.toolTip = "Look back towards the start (Shift+F3)";
+    txtFind.toolTip = "Text to find, within one line";
+    cmdFindNext.toolTip = "Find the next match (F3)";
+    cmdFindPrevious.toolTip = "Find the previous match (Shift+F3)";
 }
 
 text::SearchQuery FindBar::query() const {
@@ -64,8 +64,8 @@ void FindBar::search(text::SearchDirection direction) {
     const bool around = selectFrom(forward ? text::TextPosition{} : text_.document()->end(), direction);
     pnlFind.visible = true;
     lblFindResult.caption = !around   ? notFound
-                            : forward ? "Went on from the start of the text"
-                                      : "Went on from the end of the text";
+                            : forward ? "Continued from the start of the text"
+                                      : "Continued from the end of the text";
 }
 
 void FindBar::searchAsTyped() {

@@ -116,7 +116,7 @@ private:
     void loadRich(Fit fit);
     void enableOwnCommands();
     void showNothing();
-    // Takes the file in this state for what is shown, and watches it from now on.
+    // Notes this state of the file as the one shown, and watches the file from now on.
     void followFile(const std::optional<FileStamp>& state);
     void openPath(const std::string& file);
     void fitWindowToText(const text::TextDocument& document);

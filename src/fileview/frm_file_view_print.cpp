@@ -205,7 +205,7 @@ text::TextDocument frmFileView::textToPrint(bool selection) {
         return fileAsItIs();
     const auto scratch = files.makeScratchFile(selectionFile, rtbViewText.selectedText());
     if (!scratch->whyElsewhere().empty())
-        desktop().ask({.text = "The selected text is printed by way of '" + scratch->path() + "':\n" +
+        desktop().ask({.text = "The selected text is printed through the file '" + scratch->path() + "':\n" +
                                scratch->whyElsewhere() + ".",
             .icon = Icon::Information});
     return readReport(files, scratch->path(), text::encodings::utf8);
@@ -214,7 +214,7 @@ text::TextDocument frmFileView::textToPrint(bool selection) {
 bool frmFileView::mayCutOff(const std::string& what) {
     if (what.empty())
         return true;
-    return desktop().ask({.text = what + ".\n\nPrint it so?",
+    return desktop().ask({.text = what + ".\n\nPrint it anyway?",
                .icon = Icon::Exclamation,
                .buttons = Buttons::YesNo,
                .defaultAnswer = Answer::Yes}) == Answer::Yes;

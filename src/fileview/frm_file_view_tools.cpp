@@ -95,7 +95,7 @@ void frmFileView::GoToLine() {
                 rtbViewText.setFocus();
                 return;
             }
-            desktop().ask({.text = "\"" + *typed + "\" is no line of this text: lines are numbered 1 to " +
+            desktop().ask({.text = "\"" + *typed + "\" is not a line of this text: lines are numbered 1 to " +
                                    std::to_string(lineCount),
                 .icon = Icon::Exclamation});
             prompt.text = *typed;

@@ -10,7 +10,7 @@
 // What a report's name and the printer fix about a print run. Lengths are twips, sizes points.
 namespace genutil {
 
-// Summaries and extract files have long lines: they are printed on sheets that lie.
+// Summaries and extract files have long lines: they are printed in landscape.
 bool isWideReport(std::string_view file);
 
 PageOrientation orientationFor(bool wide);

@@ -31,7 +31,7 @@ std::unique_ptr<Printer> pdfPrinterFor(
     Desktop& desktop, const std::string& pdfFile, PageOrientation orientation) {
     auto printer = desktop.pdfPrinter(pdfFile);
     if (!printer)
-        throw Error(errors::DeviceError, "This desktop writes no PDF files");
+        throw Error(errors::DeviceError, "PDF files cannot be written on this desktop");
     printer->setPage({.orientation = orientation});
     return printer;
 }

@@ -38,7 +38,7 @@ public:
 
 // Throws when the PDF file would take the report's own place.
 void checkPdfTarget(FileSystem& files, const std::string& report, const std::string& pdfFile);
-// A printer that writes the PDF file, with a sheet of A4 that lies as is asked.
+// A printer that writes the PDF file, with A4 paper in the orientation asked for.
 std::unique_ptr<Printer> pdfPrinterFor(
     Desktop& desktop, const std::string& pdfFile, PageOrientation orientation);
 

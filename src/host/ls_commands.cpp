@@ -52,7 +52,7 @@ int runLsOptions(const CommandLine& line, const HostPtr& host, ComponentAccess& 
     const int mode = line.number("--mode", hasJob ? ls_modes::JobAndSet : ls_modes::Preferences);
     if (hasJob != (mode != ls_modes::Preferences))
         return refuseCommandLine(
-            hasJob ? "--mode 1 edits the preferences, which no --job has"
+            hasJob ? "--mode 1 edits the preferences and takes no --job"
                    : "the modes 2, 3 and 4 edit the options of a job: --job FILE is needed");
     if (line.has("--page") != (mode == ls_modes::Page))
         return refuseCommandLine("--page N is needed with --mode 2 and used with no other");

@@ -109,7 +109,7 @@ std::string realSettingsFile(const std::string& file) {
     QFileInfo info(QString::fromStdString(file));
     for (int links = 0; info.isSymLink(); ++links) {
         if (links == mostLinks)
-            refuse(file, "used", "its symbolic links lead in a circle");
+            refuse(file, "used", "its symbolic links form a loop");
         info = QFileInfo(info.symLinkTarget());
     }
     return info.absoluteFilePath().toStdString();

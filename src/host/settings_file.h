@@ -33,7 +33,7 @@ void writeSetting(
     const std::string& file, const std::string& section, const std::string& key, const std::string& value);
 
 /// The file that a path leads to: symbolic links are followed, also one whose file does not exist yet.
-/// PathAccess where they lead in a circle, InvalidCall for a path that is not absolute.
+/// PathAccess where they form a loop, InvalidCall for a path that is not absolute.
 std::string realSettingsFile(const std::string& file);
 /// Where the file's working copy stands while it is written.
 std::string workingCopyOf(const std::string& realFile);

@@ -42,7 +42,7 @@ std::string quotedArgument(const std::string& argument);
 /// else is special: no variable, pattern or command is expanded. InvalidCall for a missing closing quote.
 std::vector<std::string> splitCommandLine(const std::string& commandLine);
 
-/// The parts of a path: "C:" or "", the folder with its trailing separator, the file name.
+/// The parts of a path: drive ("C:" or ""), folder with its trailing separator, file name.
 struct PathParts {
     std::string drive;
     std::string folder;

@@ -10,11 +10,11 @@
 
 namespace genutil {
 
-// How a sheet lies; the numbers are those of printer drivers.
+// A sheet's orientation, numbered as printer drivers number it.
 enum class PageOrientation : std::int16_t { Portrait = 1, Landscape = 2 };
 
-// What a sheet and the way of printing on it are. The numbers are those of printer drivers; 0 leaves a
-// setting to the printer.
+// The paper and how it is printed on. The numbers are those of printer drivers; 0 leaves a setting to the
+// printer.
 struct PageSettings {
     static constexpr std::int16_t a4 = 9;
     static constexpr std::int16_t oneSide = 1;
@@ -38,11 +38,11 @@ struct PrinterDevice {
     friend bool operator==(const PrinterDevice&, const PrinterDevice&) = default;
 };
 
-// A line as it goes onto paper: what would not be seen, or would move what follows, is a sign of
-// text::controlMark() that is printed in inverse video. No control character is left in the text.
+// A line as it is printed: an invisible character, or one that would move what follows, is replaced by its
+// sign (text::controlMark()), which is printed in inverse video. The text holds no control character.
 struct PrintedLine {
     std::string text;               // UTF-8, tabs as blanks
-    std::vector<std::size_t> marks; // where the signs are, in UTF-8 units, rising
+    std::vector<std::size_t> marks; // where the signs are, in UTF-8 units, ascending
 };
 
 // What a sheet looks like.
@@ -61,14 +61,14 @@ public:
 
     virtual std::vector<PrinterDevice> installed() = 0;
     virtual PrinterDevice device() const = 0;
-    // Makes another printer the current one; no document must be begun.
+    // Makes another printer the current one. Call only while no document is open.
     virtual void choose(const PrinterDevice& device) = 0;
 
     virtual PageSettings page() const = 0;
-    // A printer leaves out, or refuses with an error, what it cannot do: page() tells what holds. No document
-    // must be begun.
+    // A printer ignores, or refuses with an error, what it cannot do; page() tells what is in force. Call
+    // only while no document is open.
     virtual void setPage(const PageSettings& settings) = 0;
-    // The printable area of a sheet as it lies now.
+    // The printable area in the present orientation.
     virtual double scaleWidth() const = 0;
     virtual double scaleHeight() const = 0;
     // The whole sheet.
@@ -80,14 +80,15 @@ public:
     virtual double twipsPerPixelX() const = 0;
     virtual double twipsPerPixelY() const = 0;
 
-    // What the next document is called in the printer's queue, or in a file's properties. No document must
-    // be begun.
+    // The next document's name in the printer's queue, or its title in a file's properties. Call only while
+    // no document is open.
     virtual void setTitle(const std::string& /*title*/) {}
 
     virtual Font font() const = 0;
     virtual void setFont(const Font& font) = 0;
-    // Of one line, and from one line to the next, in the current font. In a fixed-pitch font every character
-    // is printed on its column, as text::columnsOf() counts, so that a text is as wide as its columns.
+    // The width of a line, and the distance from one line to the next, in the current font. In a fixed-pitch
+    // font every character is printed on its column, as text::columnsOf() counts, so that a text is as wide
+    // as its columns.
     virtual double textWidth(const std::string& text) const = 0;
     virtual double textHeight(const std::string& text) const = 0;
 
@@ -95,18 +96,18 @@ public:
     virtual double currentY() const = 0;
     virtual void setCurrent(double x, double y) = 0;
 
-    // Prints the line at the current place, which then is at the left of the next one. What passes the
-    // printable area is cut off.
+    // Prints the line at the current place, which then moves to the left end of the next line. What passes
+    // the printable area is cut off.
     virtual void printLine(const PrintedLine& line) = 0;
     // Ends the page and begins another; the current place is its left top corner.
     virtual void newPage() = 0;
-    // The document that the first line has begun is whole: prints it. Does nothing without one.
+    // Ends the document that the first printed line has opened, and prints it. Does nothing without one.
     virtual void endDocument() = 0;
-    // Gives it up: where a printer has not begun to print it, nothing of it appears.
+    // Abandons the document: unless the printer has begun to print it, nothing of it appears.
     virtual void cancelDocument() = 0;
 
-    // The whole sheet in so many pixels, with what `print` prints on this printer meanwhile: no more than one
-    // page. No document must be begun, and none is.
+    // A picture of the whole sheet, width x height pixels, with what `print` prints on this printer meanwhile
+    // (at most one page). Call only while no document is open; it opens none.
     virtual PagePicture picture(int width, int height, const std::function<void()>& print) = 0;
 };
 
@@ -116,7 +117,7 @@ inline constexpr std::int32_t PageNumbers = 2;
 inline constexpr std::int32_t InformationContext = 512;
 } // namespace printflags
 
-// What a printer dialog is given, and what the user has made of it.
+// What a printer dialog is given, and what the user has chosen.
 struct PrintDialog {
     // The file that is printed. A PDF file is proposed beside it, and never takes its place.
     std::string document;

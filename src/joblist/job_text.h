@@ -24,7 +24,7 @@ JobFormat jobFormatNamed(std::string_view name);
 std::string writeJobs(
     JobFormat format, const std::vector<const JobRow*>& rows, const std::vector<std::int32_t>& columns);
 
-// All columns, or those that say most.
+// All columns, or the main ones.
 std::vector<std::int32_t> jobColumnNumbers(bool all);
 // The column of this title, case left aside. InvalidCall, naming the titles, for another.
 std::int32_t jobColumnNamed(std::string_view title);

@@ -99,6 +99,9 @@ std::string frmLS_Options::formatted(const LSOption& option, double value) {
 void frmLS_Options::leaveBox(const LSOption& option) {
     TextBox& box = boxOf(option.number);
     const bool isLimit = option.check == LSCheck::LimitNotZero;
+    if (lsIsBeyondDoubles(box.text.get()))
+        return refuse(box,
+            "The option " + std::string(option.name()) + " cannot hold the number '" + box.text.get() + "'");
     // An emptied limit stays empty, and is refused.
     if (!isLimit || !text::isBlank(box.text.get())) {
         const double value = lsValueOf(box.text.get());
@@ -118,7 +121,7 @@ void frmLS_Options::leaveBox(const LSOption& option) {
     showMark(option);
 }
 
-// A box that was refused looks like the others again.
+// A box that was refused gets its usual look back.
 void frmLS_Options::accept(TextBox& box) {
     if (box.backColor == BackColor::Refused)
         box.backColor = box.locked || !box.enabled ? BackColor::Light3D : BackColor::Info;

@@ -2,6 +2,7 @@
 
 #include "hostif/error.h"
 
+#include <charconv>
 #include <string>
 
 namespace genutil {
@@ -17,6 +18,13 @@ std::string withoutBlanks(std::string_view text) {
 
 double lsValueOf(std::string_view text) {
     return leadingNumber(withPoint(withoutBlanks(text)));
+}
+
+bool lsIsBeyondDoubles(std::string_view text) {
+    const std::string plain = withPoint(withoutBlanks(text));
+    const char* const first = plain.data() + (plain.starts_with('+') ? 1 : 0);
+    double value = 0;
+    return std::from_chars(first, plain.data() + plain.size(), value).ec == std::errc::result_out_of_range;
 }
 
 double lsNumberIn(const LSOption& option, const std::string& text) {

@@ -50,7 +50,7 @@ constexpr std::array<LSOption, lsOptionCount> options{{
         "Standard deviation of a height difference or vertical component.", Distance, NotZero, Plane,
         " 0.005"},
     {15, Property<Int16>{"Iterations"}, TextList, "cboIterations", "iterations",
-        "After so many iterations an adjustment that has not converged is given up."},
+        "The adjustment stops after this many iterations, converged or not."},
     {16, Property<double>{"AzimuthSD"}, Box, "txtSDAzimuth", "seconds",
         "Standard deviation of an azimuth or bearing.", Seconds, NotZero, Plane, " 10.0"},
     {17, Property<double>{"AzimuthCent"}, Box, "txtCentAz", "m", "Centring of the instrument, azimuths.",

@@ -32,7 +32,7 @@ void notADatabase(const std::string& path, const std::string& why) {
 
 DatabaseFile::DatabaseFile(const std::string& path) : path_(path) {
     if (path.empty() || path.find('\0') != std::string::npos)
-        throw Error(errors::BadFileName, "A file needs a name without zero bytes");
+        throw Error(errors::BadFileName, "The name of a file must not contain a zero byte");
     // Looked at before it is opened: opening a device can already act on it.
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0)

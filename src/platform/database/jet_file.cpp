@@ -49,7 +49,7 @@ std::string File::follow(Pointer pointer, int moves) {
     if (!found.isMoved)
         return std::string(found.bytes);
     if (moves == 0)
-        throw Damage{"a record is moved in a circle"};
+        throw Damage{"the places of a moved record form a loop"};
     return follow(number32At(found.bytes, 0), moves - 1);
 }
 

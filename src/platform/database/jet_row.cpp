@@ -150,7 +150,7 @@ std::string memoBytes(File& file, std::string_view field) {
     const std::size_t length = head & 0x3FFF'FFFF;
     Pointer next = number32At(field, 4);
     if (length > file.size() || field.size() < headSize)
-        throw Damage{"a long text has no place in the file"};
+        throw Damage{"a long text lies outside the file"};
     std::string bytes;
     if (head & 0x8000'0000)
         bytes = field.substr(headSize);
@@ -159,7 +159,7 @@ std::string memoBytes(File& file, std::string_view field) {
     else
         for (std::uint32_t pieces = 0; bytes.size() < length; ++pieces) {
             if (pieces == file.pageCount()) // each piece fills most of a page
-                throw Damage{"a long text goes round in a circle"};
+                throw Damage{"the pieces of a long text form a loop"};
             const std::string piece = file.row(next);
             next = number32At(piece, 0);
             bytes.append(piece, 4);

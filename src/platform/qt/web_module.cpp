@@ -44,7 +44,7 @@ void shareGraphics() {
 
 [[noreturn]] void fail(const QString& path, const QString& reason) {
     throw Error(errors::CannotCreateObject,
-        "The viewer of pages, " + path.toStdString() + ", cannot be used: " + reason.toStdString());
+        "The page viewer " + path.toStdString() + " cannot be used: " + reason.toStdString());
 }
 
 } // namespace

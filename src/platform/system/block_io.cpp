@@ -23,8 +23,8 @@ std::size_t readAll(std::span<char> into, const std::string& path, const Read& r
         if (came > 0)
             filled += std::size_t(came);
         else if (errno == EAGAIN)
-            throw Error(
-                errors::DeviceError, "Cannot read '" + path + "': its bytes would have to be waited for");
+            throw Error(errors::DeviceError,
+                "Cannot read '" + path + "': it is not an ordinary file, and reading it would wait for data");
         else if (errno != EINTR)
             fail("Cannot read", path);
     }

@@ -28,7 +28,7 @@ void refuse(const std::string& path, const std::string& isNot, const std::string
 
 void checkName(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos)
-        throw Error(errors::BadFileName, "A file needs a name without zero bytes");
+        throw Error(errors::BadFileName, "The name of a file must not be empty or contain a zero byte");
 }
 
 } // namespace genutil

@@ -44,7 +44,7 @@ void putBack(const RegularFile& target, SafetyCopy& copy, const Error& failure) 
 void checkStillNamed(const RegularFile& target) {
     struct stat named {};
     if (::lstat(target.path.c_str(), &named) != 0 || !isSameFile(named, target.status))
-        refuse(target.path, "saved", "another file took its name meanwhile");
+        refuse(target.path, "saved", "another file has taken its name meanwhile");
 }
 
 } // namespace

@@ -34,7 +34,7 @@ std::string behindLinks(const std::string& path) {
             return at;
         at = next.is_absolute() ? next : at.parent_path() / next;
     }
-    refuse(path, "saved", "its symbolic links lead round in a circle");
+    refuse(path, "saved", "its symbolic links form a loop");
 }
 
 NamePattern besidePattern(const std::string& target) {

@@ -54,7 +54,7 @@ std::string faultOfFile(const std::string& path) {
     if (S_ISDIR(status.st_mode))
         return "It is a folder.";
     if (!S_ISREG(status.st_mode))
-        return "It is no ordinary file.";
+        return "It is not an ordinary file.";
     if (::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
         return "The file may not be read.";
     return {};
@@ -87,7 +87,7 @@ NamedPage findPage(const std::string& name) {
     page.file = canonical(name);
     if (page.file.empty() && hasScheme(name)) {
         if (!isFileAddress(name)) {
-            page.fault = "Only pages of this computer are shown here.";
+            page.fault = "Only pages on this computer are shown here.";
             return page;
         }
         page.file = canonical(pathOfAddress(name));
@@ -136,10 +136,10 @@ PageFolder::PageFolder(const std::string& pageFile) {
 
 std::string PageFolder::faultOf(std::string_view address) const {
     if (!isFileAddress(address))
-        return "Only files of the page's own folder are shown.";
+        return "Only files in the page's own folder are shown.";
     const std::string file = canonical(pathOfAddress(address));
     if (!file.empty() && (folder_.empty() || !(file + '/').starts_with(folder_)))
-        return "The file lies outside of the page's own folder.";
+        return "The file lies outside the page's own folder.";
     return faultOfFile(file);
 }
 

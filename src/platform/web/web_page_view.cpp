@@ -154,7 +154,7 @@ void WebPageView::connectLoading() {
         [this](QWebEnginePage::RenderProcessTerminationStatus status) {
             if (status != QWebEnginePage::NormalTerminationStatus)
                 cannotShow(engine_->page.url().toDisplayString(),
-                    QStringLiteral("The program that shows pages has failed on it."));
+                    QStringLiteral("The program that shows pages failed to show it."));
         });
 }
 
@@ -246,7 +246,7 @@ void WebPageView::loadFailed(const QWebEngineLoadingInfo& load) {
 
 void WebPageView::refuseDownload(const QWebEngineDownloadRequest& download) {
     const QString name = download.url().toDisplayString();
-    const QString reason = QStringLiteral("It is no page but data of the type %1.").arg(download.mimeType());
+    const QString reason = QStringLiteral("It is not a page but data of type %1.").arg(download.mimeType());
     if (hasPage_)
         notOpened(name, reason);
     else

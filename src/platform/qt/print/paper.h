@@ -9,8 +9,8 @@ class QPagedPaintDevice;
 
 namespace genutil {
 
-// What a document is painted on, and what it takes to begin and end it well. A paper takes one document.
-// What goes wrong throws Error with DeviceError.
+// What a document is painted on, with the steps that open and end it. Takes one document. Failures throw
+// Error with DeviceError.
 class Paper {
 public:
     // The toolkit takes a font in whole dots: of these, every fifth of a point is five.
@@ -22,7 +22,8 @@ public:
     virtual void setTitle(const std::string& title) = 0;
     // Before the document is painted.
     virtual void open() = 0;
-    // After it has been: it is printed, or is in its file. Without this, nothing remains of the document.
+    // Call after painting: prints the document, or puts the file in its place. Without it nothing remains of
+    // the document.
     virtual void finish() = 0;
 };
 

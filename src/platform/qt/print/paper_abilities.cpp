@@ -93,7 +93,7 @@ std::vector<PrintResolution> resolutionsOf(
     return resolutions;
 }
 
-// Which way the sheet is turned is the printer's: what either way leaves unprintable is kept free.
+// A printer may turn a landscape sheet either way, so the unprintable margins of both ways are kept free.
 QMarginsF turned(const QMarginsF& upright) {
     const double sides = std::max(upright.top(), upright.bottom());
     const double ends = std::max(upright.left(), upright.right());

@@ -180,7 +180,7 @@ void sendToQueue(const QString& printer, const QString& file, const QString& tit
     const QueueLibrary& library = queueLibrary();
     const auto fail = [&](const std::string& why) {
         throw Error(errors::DeviceError,
-            "The printer '" + printer.toStdString() + "' has not taken the document: " + why);
+            "The printer '" + printer.toStdString() + "' has not accepted the document: " + why);
     };
     if (!library.isWhole)
         fail("the system's printing library is missing");

@@ -96,7 +96,7 @@ public:
     void newPage() override {
         begin();
         if (!paper_->device().newPage())
-            fail("takes no further page");
+            fail("does not accept another page");
         setCurrent(0, 0);
     }
     void endDocument() override {
@@ -107,7 +107,7 @@ public:
         const std::unique_ptr<Paper> printed = std::move(paper_);
         renewPaper();
         if (!ended)
-            fail("has not taken the document");
+            fail("has not accepted the document");
         printed->finish();
     }
     void cancelDocument() override {
@@ -173,7 +173,7 @@ private:
         if (painter_->begin(&paper_->device()))
             return;
         painter_.reset();
-        fail("cannot be begun with");
+        fail("cannot be opened");
     }
     [[noreturn]] void fail(const char* what) const {
         throw Error(errors::DeviceError, "The printer '" + device_.name + "' " + what);
