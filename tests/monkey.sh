@@ -58,12 +58,14 @@ do_x() {
     timeout 10 xdotool "$@" 2>/dev/null
 }
 
-# A window that was minimized comes back, as from a task bar.
+# A window that was minimized comes back, as from a task bar; where none has the keys, one gets them, as by a click.
 fetch_back() {
     local window
     for window in $(timeout 5 xdotool search --class kestal 2>/dev/null); do
         timeout 5 xprop -id "$window" WM_STATE 2>/dev/null | grep -q Iconic && do_x windowmap "$window" windowactivate "$window"
     done
+    timeout 5 xdotool getactivewindow >/dev/null 2>&1 ||
+        do_x search --onlyvisible --class kestal windowactivate
 }
 
 # Leaves what is open, a question at a time. False when the program stays.
