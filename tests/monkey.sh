@@ -70,11 +70,11 @@ fetch_back() {
 
 # Leaves what is open, a question at a time. False when the program stays.
 leave() {
-    for _ in $(seq 60); do
+    for _ in $(seq 100); do
         kill -0 "$program" 2>/dev/null || return 0
         fetch_back
         do_x key "$(pick leaving)"
-        sleep 0.15
+        sleep 0.25
     done
     return 1
 }
