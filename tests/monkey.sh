@@ -4,6 +4,7 @@
 # program that ends with another code than 0, a report of a sanitizer, a window that nobody can close.
 #   monkey.sh KESTAL SAMPLES SEED...       one run for each seed; the same seed does the same again
 #   monkey.sh KESTAL SAMPLES --minutes N   runs with rising seeds for so long
+# EVENTS is how much happens in a run (60), PATIENCE how many keys may be needed to leave (100).
 # KEEP=FOLDER keeps the log of each run that found something. Needs xdotool, and what on_screen.sh needs.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
@@ -70,7 +71,7 @@ fetch_back() {
 
 # Leaves what is open, a question at a time. False when the program stays.
 leave() {
-    for _ in $(seq 100); do
+    for _ in $(seq "${PATIENCE:-100}"); do
         kill -0 "$program" 2>/dev/null || return 0
         fetch_back
         do_x key "$(pick leaving)"

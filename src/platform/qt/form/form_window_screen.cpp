@@ -65,7 +65,7 @@ void FormWindow::bringToFront() {
         return;
     // What the window in front has covered is painted once the window manager has changed their places.
     const PaintBudget::Spending spending(paintBudget_);
-    constexpr std::chrono::milliseconds atMost{50};
+    constexpr std::chrono::milliseconds atMost{100};
     const QPointer<FormWindow> here(this);
     wasPainted_ = false;
     runWindowEvents(atMost, [this, here] { return !here || wasPainted_; });
