@@ -164,6 +164,30 @@ TEST_F(HostWithComponent, OptionsThatCannotBeStoredStayOnTheScreen) {
     EXPECT_EQ(answerOf(path("locked.gdb"), "SELECT AzimuthSD FROM DataHeader"), "7.0");
 }
 
+TEST_F(HostWithComponent, AConstraintFactorThatDoesNotFitIsRefusedBeforeARecordIsWritten) {
+    createJob(file("factor.gdb"));
+    CurrentJob job;
+    job.open(path("factor.gdb"));
+    ComponentAccess component(host_);
+    bool stays = false;
+    const WindowVisitor visitor([&](QWidget& window) {
+        type(window, "txtConstrFactor", "2147483648");
+        press<QPushButton>(window, "cmdOK");
+        stays = window.isVisible();
+        type(window, "txtConstrFactor", "2147483647");
+        press<QPushButton>(window, "cmdOK");
+    });
+    std::string records;
+    host_->showProblem = [&](const QString&) {
+        records = answerOf(path("factor.gdb"), "SELECT count(*) FROM DataHeader");
+    };
+    EXPECT_TRUE(component.editLsOptions(ls_modes::JobAndSet, 0, job)) << visitor.failure();
+    host_->showProblem = {};
+    EXPECT_TRUE(stays);
+    EXPECT_EQ(records, "0");
+    EXPECT_EQ(answerOf(path("factor.gdb"), "SELECT SDConstrFactor FROM DataHeader"), "2147483647");
+}
+
 TEST_F(HostWithComponent, OptionsThatAnotherProgramHasChangedAreWrittenOverOnlyWhenTheUserInsists) {
     createJob(file("shared.gdb"));
     CurrentJob job;

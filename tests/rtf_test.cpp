@@ -331,8 +331,9 @@ TEST(Rtf, WritesWhatOtherProgramsExpect) {
 TEST(Rtf, TellsWhenMoreWasThereThanItKeeps) {
     const std::pair<const char*, bool> bodies[] = {{"a{\\info{\\title t}}{\\stylesheet{\\s1 x;}}", true},
         {"{\\pict\\pngblip 89}", true}, {"{\\header h}a", false}, {"a{\\v b}", false},
-        {"a{\\*\\footnote n}", false}, {"{\\field{\\*\\fldinst PAGE}{\\fldrslt 1}}", false},
-        {"{\\shp{\\*\\shpinst{\\shptxt t}}}", false}, {"{\\pict\\wmetafile8 00}", false},
+        {"a{\\*\\footnote n}", false}, {"a{\\*\\annotation n}", false}, {"a{\\annotation n}", false},
+        {"{\\field{\\*\\fldinst PAGE}{\\fldrslt 1}}", false}, {"{\\shp{\\*\\shpinst{\\shptxt t}}}", false},
+        {"{\\pict\\wmetafile8 00}", false},
         {"{\\*\\shppict{\\pict\\pngblip 89}}{\\nonshppict{\\pict 0}}", true}};
     for (const auto& [body, whole] : bodies) {
         bool isWhole = !whole;
