@@ -203,6 +203,28 @@ public:
     }
 };
 
+TEST(InstantHelpPlace, ItIsBesideTheWindowOrElseOverACornerWhereItHidesNothingOfUse) {
+    const QRect screen(0, 0, 1000, 800), small(0, 0, 640, 400);
+    const PanelSizes sizes{{400, 200}, {600, 120}, {200, 380}};
+    struct Case {
+        QRect window, screen;
+        std::vector<QRect> visible;
+        QRect shown, wanted;
+    };
+    const Case cases[] = {{{100, 300, 450, 200}, screen, {}, {}, {556, 300, 400, 200}},
+        {{350, 700, 450, 100}, screen, {}, {}, {350, 494, 400, 200}},
+        {{300, 140, 600, 530}, screen, {}, {}, {300, 676, 600, 120}},
+        {{250, 0, 750, 800}, screen, {}, {}, {44, 0, 200, 380}}, {small, small, {}, {}, {240, 0, 400, 200}},
+        {small, small, {{500, 50, 10, 10}}, {}, {0, 200, 400, 200}},
+        {small, small, {{600, 350, 10, 10}}, {0, 0, 400, 200}, {0, 0, 400, 200}},
+        {small, small, {{500, 50, 10, 10}, {100, 300, 10, 10}, {100, 50, 10, 10}}, {}, {240, 200, 400, 200}}};
+    for (const Case& each : cases) {
+        const QRect place = placeBeside(each.window, each.screen, sizes, each.visible, each.shown);
+        EXPECT_EQ(place, each.wanted)
+            << place.x() << ' ' << place.y() << ' ' << place.width() << ' ' << each.wanted.x();
+    }
+}
+
 TEST_F(HostTest, InstantHelpShowsTheTopicOfTheControlOrElseOfTheForm) {
     std::ofstream(file("help.txt"))
         << "[1800] Viewer\n.\n[1802] Select\n.\n[1900] Foreign\n.\n[19999] Shared\n.\n";

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a program on a screen of its own (Xvfb) with a window manager (openbox), as a user would have it.
 #   on_screen.sh PROGRAM [ARGUMENT...]
+# SCREEN is its size (1280x1024).
 set -eu
 folder=$(mktemp -d)
 screen= manager=
@@ -12,7 +13,7 @@ cleanup() {
 trap cleanup EXIT
 
 # The server picks a free display number and writes it.
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp 3>"$folder/number" 2>"$folder/log" &
+Xvfb -displayfd 3 -screen 0 "${SCREEN:-1280x1024}x24" -dpi 96 -nolisten tcp 3>"$folder/number" 2>"$folder/log" &
 screen=$!
 for _ in $(seq 100); do
     [ -s "$folder/number" ] && break

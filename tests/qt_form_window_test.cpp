@@ -145,6 +145,30 @@ TEST_F(Window, TheCloseBoxLeavesTheBoxThatHasTheFocusFirst) {
     EXPECT_FALSE(form->isLoaded());
 }
 
+TEST_F(Window, APlacementThatTheScreenCannotShowIsFittedAndKeepsItsNumbers) {
+    const Screen screen = desktop->screen();
+    struct Case {
+        double left, top, width, height;
+    };
+    for (const Case& each : {Case{600, 450, screen.width * 1.5, screen.height * 2},
+             {screen.width * 3, screen.height * 3, 3000, 3000}, {600, 450, 3000, 3000}}) {
+        const auto placed = std::make_shared<SampleForm>(*desktop);
+        placed->left = each.left;
+        placed->top = each.top;
+        placed->width = each.width;
+        placed->height = each.height;
+        placed->show(false);
+        FormWindow* const shown = fake::openWindow();
+        ASSERT_TRUE(shown && QTest::qWaitForWindowExposed(shown));
+        QTest::qWait(200); // for a window manager's own wishes
+        EXPECT_TRUE(shown->screen()->availableGeometry().contains(shown->frameGeometry())) << each.width;
+        EXPECT_EQ(
+            std::vector({placed->left.get(), placed->top.get(), placed->width.get(), placed->height.get()}),
+            std::vector({each.left, each.top, each.width, each.height}));
+        placed->unload();
+    }
+}
+
 TEST_F(Window, AClickThatEntersABoxLeavesWhatTheBoxSelects) {
     form->txtName.text = "10.02005";
     form->txtName.gotFocus.connect([&] { form->txtName.selectAll(); });

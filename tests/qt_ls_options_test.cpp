@@ -67,6 +67,22 @@ TEST_F(LSOptionsWindowTest, TabGoesThroughTheOptionsInTheirOrder) {
     EXPECT_EQ(seen, wanted);
 }
 
+TEST_F(LSOptionsWindowTest, OnASmallScreenTheButtonsStayAndWhatHasTheFocusComesIntoView) {
+    EXPECT_TRUE(window->screen()->availableGeometry().contains(window->frameGeometry()));
+    const auto isSeen = [](const QWidget* part) {
+        return part->visibleRegion().boundingRect() == part->rect();
+    };
+    QWidget* const ok = window->viewOf(form->cmdOK);
+    int stops = 0;
+    for (QWidget* at = QApplication::focusWidget(); at != ok && ++stops < 99;
+         at = QApplication::focusWidget()) {
+        EXPECT_TRUE(isSeen(at)) << qPrintable(at->objectName());
+        EXPECT_TRUE(isSeen(ok) && isSeen(window->viewOf(form->cmdCancel)));
+        QTest::keyClick(at, Qt::Key_Tab);
+    }
+    EXPECT_GT(stops, 30);
+}
+
 TEST_F(LSOptionsWindowTest, ARefusedBoxKeepsTheFocusWhateverTheUserTriesNextAndSaysSoOnce) {
     constexpr int azimuth = 16, azimuthCentring = 17, directions = 18, dump = 5, outlierTest = 48;
     form->boxOf(directions).text = "0"; // would be refused, too, were it left

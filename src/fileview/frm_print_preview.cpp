@@ -118,6 +118,10 @@ void frmPrintPreview::Form_Setup(int helpTopic, const std::string& programFolder
     });
 }
 
+double frmPrintPreview::leastRoom() const {
+    return cmdClose.left + cmdClose.width + margin;
+}
+
 void frmPrintPreview::layOut() {
     const double room = std::max(0.0, width - windowChrome.width);
     double from = margin;

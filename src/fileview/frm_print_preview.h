@@ -32,6 +32,9 @@ public:
 
     // Shows the form, as high as the screen lets it be. Every other window waits. F1 opens the help at the
     // topic.
+    // The width, inside the window's frame, that shows all buttons.
+    double leastRoom() const;
+
     void Form_Setup(int helpTopic, const std::string& programFolder);
 
 private:

@@ -1,12 +1,12 @@
 #include "host/help_window.h"
 
 #include "host/help_page.h"
+#include "host/screen_room.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QListWidget>
 #include <QPointer>
-#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -37,7 +37,7 @@ HelpWindow::HelpWindow(const Host& host, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(halves, 1);
     layout->addWidget(buttons);
-    resize(QSize(800, 520).boundedTo(screen()->availableSize()));
+    resize(startSize(*this, {800, 520}));
     halves->setSizes({width() * 3 / 10, width() * 7 / 10});
 
     connect(topics_, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {

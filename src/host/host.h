@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/help_texts.h"
+#include "host/instant_help_panel.h"
 #include "host/known_settings.h"
 #include "host/log_file.h"
 #include "host/reading_problem.h"
@@ -59,8 +60,9 @@ public:
     /// window.
     bool attended = true;
 
+    std::function<void(const QString& title, const QString& text)> showInstantHelp = showInstantHelpBeside;
+
     // Set by the windows that exist; unset ones drop what they are given.
-    std::function<void(const QString& title, const QString& text)> showInstantHelp;
     std::function<void(const QString& problem)> showProblem; ///< the latest problem, for a status bar
     std::function<void(bool on)> instantHelpChanged;
 
@@ -120,7 +122,7 @@ private:
     void store(const std::vector<Setting>& settings);
     void storeChoice(const QString& what, const std::vector<Setting>& settings);
 
-    std::string jobPath_; // of the open job
+    std::string jobPath_;     // of the open job
     bool toldOfLoss_ = false; // that choices cannot be stored
 };
 

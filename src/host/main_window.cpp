@@ -7,21 +7,19 @@
 #include "host/problem_window.h"
 #include "host/report_kinds.h"
 #include "host/report_model.h"
+#include "host/screen_room.h"
 #include "host/window_visitor.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QDockWidget>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScopeGuard>
-#include <QScreen>
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QStatusBar>
@@ -47,7 +45,6 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
     halves->addWidget(makeJobSide());
     halves->setSizes({440, 520});
     setCentralWidget(halves);
-    makeHelpPanel();
     makeMenus();
     status_->setTextFormat(Qt::PlainText);
     statusBar()->addWidget(status_, 1);
@@ -57,15 +54,11 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
     connect(problems_, &QPushButton::clicked, this, [this] { showProblems(); });
     statusBar()->addPermanentWidget(problems_);
 
-    host_->showInstantHelp = [this](const QString& title, const QString& text) {
-        helpTitle_->setText(title);
-        helpText_->setPlainText(text);
-    };
     host_->showProblem = [this](const QString& problem) { status_->setText(problem.simplified()); };
-    host_->instantHelpChanged = [this](bool on) { showInstantHelpPanel(on); };
+    host_->instantHelpChanged = [this](bool on) { mnuHelpInstantHelp_->setChecked(on); };
     host_->marks.changed = [this](Mark mark) { takeMark(mark); };
     restorePlacement();
-    showInstantHelpPanel(host_->instantHelpOn);
+    mnuHelpInstantHelp_->setChecked(host_->instantHelpOn);
     openFolder(host_->paths.samples.isEmpty() ? QDir::homePath() : host_->paths.samples);
     jobs_.changed = [this] { showCurrentJob(); };
     showCurrentJob();
@@ -74,7 +67,6 @@ MainWindow::MainWindow(HostPtr host, ComponentAccess& component)
 }
 
 MainWindow::~MainWindow() {
-    host_->showInstantHelp = nullptr;
     host_->showProblem = nullptr;
     host_->instantHelpChanged = nullptr;
     host_->marks.changed = nullptr;
@@ -162,36 +154,6 @@ QWidget* MainWindow::makeJobSide() {
     side->setSizes({360, 200});
     side->setMinimumWidth(160);
     return side;
-}
-
-void MainWindow::makeHelpPanel() {
-    helpPanel_ = new QDockWidget("Instant help", this);
-    helpPanel_->setObjectName("pnlInstantHelp");
-    helpPanel_->setFeatures(QDockWidget::NoDockWidgetFeatures);
-    helpPanel_->setAllowedAreas(Qt::BottomDockWidgetArea);
-    auto* contents = new QWidget;
-    helpTitle_ = new QLabel;
-    helpTitle_->setObjectName("lblHelpTitle");
-    helpTitle_->setTextFormat(Qt::PlainText);
-    QFont bold = helpTitle_->font();
-    bold.setBold(true);
-    helpTitle_->setFont(bold);
-    helpText_ = new QPlainTextEdit;
-    helpText_->setObjectName("txtHelp");
-    helpText_->setAccessibleName("Instant help");
-    helpText_->setReadOnly(true);
-    helpText_->setFrameShape(QFrame::NoFrame);
-    helpText_->setTabChangesFocus(true);
-    helpText_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    helpText_->viewport()->setAutoFillBackground(false);
-    helpText_->document()->setDocumentMargin(0);
-    helpText_->setFixedHeight(helpText_->fontMetrics().lineSpacing() * 6);
-    helpPanel_->setTitleBarWidget(new QWidget); // the topic is title enough
-    auto* layout = new QVBoxLayout(contents);
-    layout->addWidget(helpTitle_);
-    layout->addWidget(helpText_);
-    helpPanel_->setWidget(contents);
-    addDockWidget(Qt::BottomDockWidgetArea, helpPanel_);
 }
 
 void MainWindow::openFolder(const QString& folder) {
@@ -342,14 +304,6 @@ void MainWindow::showAbout() {
             "\n\nReference host of the component \"Kestal general utilities\".");
 }
 
-void MainWindow::showInstantHelpPanel(bool on) {
-    mnuHelpInstantHelp_->setChecked(on);
-    helpPanel_->setVisible(on);
-    if (on && helpTitle_->text().isEmpty())
-        host_->showInstantHelp(
-            "Instant help", "Move the pointer over a part of a window that was opened from here.");
-}
-
 void MainWindow::restorePlacement() {
     std::string geometry;
     try {
@@ -358,7 +312,7 @@ void MainWindow::restorePlacement() {
         host_->log.write(QString("The placement of the main window is not used: %1").arg(error.what()));
     }
     if (!restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(geometry))))
-        resize(QSize(960, 620).boundedTo(screen()->availableSize()));
+        resize(startSize(*this, {960, 620}));
 }
 
 // The program ends with its main window; a viewer that stays open keeps both.

@@ -7,11 +7,9 @@
 #include <functional>
 
 class QAction;
-class QDockWidget;
 class QLabel;
 class QLineEdit;
 class QMenu;
-class QPlainTextEdit;
 class QPushButton;
 class QSortFilterProxyModel;
 class QTreeView;
@@ -52,7 +50,6 @@ protected:
 private:
     QWidget* makeReportList();
     QWidget* makeJobSide();
-    void makeHelpPanel();
     void makeMenus();
     void addMarks(QMenu* view);
     /// Runs a command of the user; what fails in it is put before the user.
@@ -69,7 +66,6 @@ private:
     void addLsOptionCommands(QMenu* tools);
     void showGauge();
     void showAbout();
-    void showInstantHelpPanel(bool on);
     void takeMark(Mark mark);
     void restorePlacement();
 
@@ -90,9 +86,6 @@ private:
     QAction* closeJob_ = nullptr;
     QList<QAction*> jobOptions_;      // those that need an open job
     QPushButton* problems_ = nullptr; // how many the latest list of jobs had
-    QDockWidget* helpPanel_ = nullptr;
-    QLabel* helpTitle_ = nullptr;
-    QPlainTextEdit* helpText_ = nullptr;
     QAction* mnuHelpInstantHelp_ = nullptr;
 };
 

@@ -12,8 +12,8 @@ struct TopicRange {
     bool contains(int topic) const { return first <= topic && topic <= last; }
 };
 
-// instantHelp: shows what is under the pointer in the main window's panel. Each form has an object of its
-// own; the on/off choice belongs to the program.
+// instantHelp: explains what is under the pointer, beside the form. Each form has an object of its own; the
+// on/off choice belongs to the program.
 class InstantHelp : public AutomationObject {
 public:
     explicit InstantHelp(HostPtr host) : AutomationObject("k_genproc.instantHelp"), host_(std::move(host)) {
@@ -58,7 +58,7 @@ private:
 
     void show(int number) {
         const HelpTopic* const topic = (texts_ ? *texts_ : host_->help).find(number);
-        if (topic && host_->showInstantHelp)
+        if (topic)
             host_->showInstantHelp(topic->title, topic->text);
     }
 

@@ -93,7 +93,7 @@ private:
     void missingFile();
     void help();
     void ofMenu(const std::string& name, const char* file, const QString& item);
-    void instantHelp(MainWindow& main);
+    void instantHelp();
     void jobList(MainWindow& main);
     void problems(MainWindow& main);
     void history(MainWindow& main);
@@ -116,7 +116,7 @@ bool Tour::run() {
         save("main-window", main);
         step("history", [&] { history(main); });
         main.instantHelpAction()->setChecked(true);
-        step("instant-help", [&] { instantHelp(main); });
+        step("instant-help", [&] { instantHelp(); });
         main.instantHelpAction()->setChecked(false);
         dialog("ls-options-1", [&] { main.editLsOptions(1); });
         dialog("point-save-1", [&] { main.editPointSave(); });
@@ -269,19 +269,20 @@ void Tour::ofMenu(const std::string& name, const char* file, const QString& item
         throw std::runtime_error(visitor.failure() + failure);
 }
 
-void Tour::instantHelp(MainWindow& main) {
-    const auto* title = main.findChild<QLabel*>("lblHelpTitle");
-    const QString idle = title->text();
+void Tour::instantHelp() {
+    bool isExplained = false;
     WindowVisitor visitor([&](QWidget& viewer) {
         viewer.activateWindow();
         settle(paintingTime);
-        if (title->text() != idle)
-            save("instant-help", main);
+        auto* const panel = viewer.findChild<QFrame*>("pnlInstantHelp");
+        isExplained = panel && panel->isVisible();
+        if (isExplained)
+            save("instant-help", *panel);
     });
     component_.viewFile(sample("network.log"), 25, true);
     if (!visitor.failure().empty())
         throw std::runtime_error(visitor.failure());
-    if (title->text() == idle)
+    if (!isExplained)
         throw std::runtime_error("the viewer shows no instant help");
 }
 

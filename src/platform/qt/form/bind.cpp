@@ -6,6 +6,7 @@
 #include "platform/qt/form/focus_tie.h"
 #include "platform/qt/form/gauge_bar.h"
 #include "platform/qt/form/report_view.h"
+#include "platform/qt/form/scrolled_part.h"
 #include "platform/qt/grid/grid_view.h"
 #include "platform/qt/tie.h"
 #include "platform/qt/twip_scale.h"
@@ -110,18 +111,6 @@ std::size_t utf8Size(const QString& text, qsizetype units) {
 int utf16Size(const std::string& text, std::size_t units) {
     return int(QString::fromUtf8(text.data(), qsizetype(std::min(units, text.size()))).size());
 }
-
-// Leaves the wheel to what stands below, unless the list has the focus.
-class WheelGuard : public QObject {
-public:
-    explicit WheelGuard(QWidget* list) : QObject(list) {}
-    bool eventFilter(QObject* list, QEvent* event) override {
-        if (event->type() != QEvent::Wheel || static_cast<QWidget*>(list)->hasFocus())
-            return false;
-        event->ignore();
-        return true;
-    }
-};
 
 } // namespace
 
@@ -250,8 +239,7 @@ void bind(QRadioButton* view, OptionButton& model) {
 }
 
 void bind(QComboBox* view, ComboBox& model) {
-    view->setFocusPolicy(Qt::StrongFocus); // not by the wheel
-    view->installEventFilter(new WheelGuard(view));
+    guardWheel(view);
     auto* tie = tieWidget(view, model, [view, &model](Aspect aspect) {
         if (aspect == Aspect::Items) {
             view->clear();

@@ -2,11 +2,13 @@
 
 #include "hostif/controls.h"
 #include "platform/qt/form/menu_bar.h"
+#include "platform/qt/form/scrolled_part.h"
 #include "platform/qt/grid/grid_view.h"
 #include "platform/qt/tie.h"
 #include "platform/qt/virtual_keys.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QMenu>
@@ -70,6 +72,14 @@ void FormWindow::addMenuBar() {
     menuBar_ = makeMenuBar(this, *form_);
 }
 
+QWidget* FormWindow::addScrolledPart(QBoxLayout* column) {
+    auto* const part = new ScrolledPart(contents_);
+    // The mouse over what is bare of it is over the bare form.
+    new InputTie(part->contents(), *form_, [](Aspect) {});
+    column->addWidget(part, 1);
+    return part->contents();
+}
+
 QWidget* FormWindow::viewOf(const Control& control) const {
     return findChild<QWidget*>(QString::fromStdString(control.name()));
 }
@@ -82,14 +92,26 @@ int FormWindow::menuHeight(int width) const {
     return menuBar_ ? menuBar_->heightForWidth(width) : 0;
 }
 
+// Where the window may lie without its frame: on its screen, or over several if it has been put there.
+QRect FormWindow::room() const {
+    const QScreen* const shown = screen();
+    if (!shown)
+        return {0, 0, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX};
+    const bool isPlaced = form_ && (form_->left != 0 || form_->top != 0);
+    const QRect bounds = isPlaced ? shown->availableVirtualGeometry() : shown->availableGeometry();
+    return bounds.marginsRemoved(settled_ ? windowHandle()->frameMargins() : usualFrame);
+}
+
 QSize FormWindow::wantedContents() const {
     const WindowChrome& chrome = form_->chrome();
     const auto length = [this](double nominal, double taken, int natural) {
         return nominal > 0 ? std::max(1, scale_.pixels(nominal - taken)) : natural;
     };
     const QSize natural = naturalSize();
-    return {length(form_->width, chrome.width, natural.width()),
-        length(form_->height, chrome.height, natural.height())};
+    const QSize wanted(length(form_->width, chrome.width, natural.width()),
+        length(form_->height, chrome.height, natural.height()));
+    const QSize most = room().size() - QSize(0, menuHeight(wanted.width()));
+    return fixed_ ? fitted(*this, wanted, most) : wanted.boundedTo(most);
 }
 
 void FormWindow::open(bool modal, QWindow* owner) {
@@ -169,20 +191,43 @@ void FormWindow::applySize() {
         resize(size);
 }
 
-void FormWindow::applyPlace() {
-    const QPoint place(scale_.pixels(form_->left), scale_.pixels(form_->top));
-    // A title bar that no screen shows could not be taken hold of.
+// None where no screen would show enough of the title bar to take hold of it, or where the form leaves it
+// open. What is larger than the room there is begins at its edge.
+std::optional<QPoint> FormWindow::wantedPlace() const {
+    QPoint place(scale_.pixels(form_->left), scale_.pixels(form_->top));
     constexpr int reach = 40; // pixels
     const QRect titleBar(place, QSize(width(), reach));
-    const auto screens = QGuiApplication::screens();
-    const bool reachable = std::ranges::any_of(screens, [&](const QScreen* screen) {
+    const bool isReachable = std::ranges::any_of(QGuiApplication::screens(), [&](const QScreen* screen) {
         const QRect seen = screen->availableGeometry().intersected(titleBar);
         return seen.width() >= reach && seen.height() >= reach / 2;
     });
-    if (place.isNull() || !reachable)
+    if (place.isNull() || !isReachable)
+        return std::nullopt;
+    const QRect bounds = screen()->availableVirtualGeometry();
+    if (scale_.pixels(form_->width) > bounds.width())
+        place.setX(bounds.left());
+    if (scale_.pixels(form_->height) > bounds.height())
+        place.setY(bounds.top());
+    return place;
+}
+
+void FormWindow::applyPlace() {
+    const auto place = wantedPlace();
+    if (!place)
         centre();
-    else if (pos() != place)
-        move(place);
+    else if (pos() != *place)
+        move(*place);
+}
+
+// The frame is known once the window is on the screen.
+void FormWindow::settle() {
+    if (std::exchange(settled_, true) || !form_ || form_->windowState != WindowState::Normal)
+        return;
+    const QMargins more = windowHandle()->frameMargins() - usualFrame;
+    if (more.left() + more.right() > 0 || more.top() + more.bottom() > 0) {
+        applySize();
+        applyPlace();
+    }
 }
 
 void FormWindow::centre() {
@@ -285,6 +330,9 @@ void FormWindow::timerEvent(QTimerEvent* event) {
 void FormWindow::moveEvent(QMoveEvent*) {
     if (!form_ || !isVisible() || reporting_ || fromQt(windowState()) != WindowState::Normal)
         return;
+    // What only the fitting has moved stays what the form made it.
+    if (!settled_ || wantedPlace() == pos())
+        return;
     const auto alive = form_;
     const Form::Handling now(*alive);
     const Reporting applied(reporting_);
@@ -322,6 +370,8 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == windowHandle() && event->type() == QEvent::Expose && windowHandle()->isExposed())
+        settle();
     // Keys come to the native window before any widget.
     return form_ && watched == windowHandle() && event->type() == QEvent::KeyPress &&
            handleKey(*static_cast<QKeyEvent*>(event));

@@ -9,7 +9,9 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
+class QBoxLayout;
 class QKeyEvent;
 class QMenuBar;
 
@@ -19,7 +21,8 @@ class MenuItem;
 
 // The window of a form, from the moment it is shown until it is hidden or closed; showing the form again
 // makes another. The contents get what the form's nominal size leaves after its chrome; a menu bar comes on
-// top of that. A class for each form puts the controls' views into contents().
+// top of that. What the screens have no room for is fitted to them, while the form keeps its numbers. A class
+// for each form puts the controls' views into contents().
 class FormWindow : public QWidget {
 public:
     explicit FormWindow(std::shared_ptr<Form> form, Qt::WindowFlags flags = Qt::Window);
@@ -58,8 +61,10 @@ protected:
     void addMenuBar();
     // The size of the contents where the form leaves its own at 0.
     virtual QSize naturalSize() const;
-    // The user cannot resize the window.
+    // The user cannot resize the window. On a screen that is too small it is smaller than its contents.
     void setFixed() { fixed_ = true; }
+    // The part of the contents that scrolls then; an empty widget in it is returned.
+    QWidget* addScrolledPart(QBoxLayout* column);
 
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -77,7 +82,10 @@ private:
     void setTabOrder();
     void centre();
     int menuHeight(int width) const;
+    QRect room() const;
+    std::optional<QPoint> wantedPlace() const;
     QSize wantedContents() const;
+    void settle();
     bool handleKey(const QKeyEvent& event);
     bool pressByKey(const KeyEvent& event);
 
@@ -87,6 +95,7 @@ private:
     QMenuBar* menuBar_ = nullptr;
     bool fixed_ = false;
     bool reporting_ = false;
+    bool settled_ = false; // the window manager has given the window its frame
     QBasicTimer reportTimer_;
     PaintBudget paintBudget_;
     bool wasPainted_ = false; // since that was asked for

@@ -1,6 +1,7 @@
 #include "platform/qt/print/print_dialog.h"
 
 #include "platform/qt/dialogs.h"
+#include "platform/qt/form/scrolled_part.h"
 #include "platform/qt/print/paper_abilities.h"
 
 #include <QComboBox>
@@ -94,7 +95,11 @@ PrintWindow::PrintWindow(
     : StackDialog(owner), installed_(installed), given_(given), wanted_(given.page) {
     setObjectName("print");
     setWindowTitle(tr("Print"));
-    auto* const column = new QVBoxLayout(this);
+    auto* const window = new QVBoxLayout(this);
+    auto* const part = new ScrolledPart(this);
+    window->addWidget(part, 1);
+    auto* const column = new QVBoxLayout(part->contents());
+    column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(makePrinterGroup());
     auto* const row = new QHBoxLayout;
     row->addWidget(makePaperGroup(), 1);
@@ -104,8 +109,7 @@ PrintWindow::PrintWindow(
     buttons->button(QDialogButtonBox::Ok)->setText(tr("Print"));
     connect(buttons, &QDialogButtonBox::accepted, this, &PrintWindow::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &PrintWindow::reject);
-    column->addWidget(buttons);
-    column->setSizeConstraint(QLayout::SetMinimumSize);
+    window->addWidget(buttons);
 
     const auto current = std::ranges::find(installed_, given.device.name, &PrinterDevice::name);
     // In place of a printer that is gone, no other one is printed on unasked: the PDF file, which is the
@@ -113,6 +117,8 @@ PrintWindow::PrintWindow(
     printer_->setCurrentIndex(
         int(current == installed_.end() ? installed_.size() - 1 : std::size_t(current - installed_.begin())));
     showPrinter();
+    resize(fitted(*this, sizeHint(),
+        (owner ? owner : this)->screen()->availableGeometry().marginsRemoved(usualFrame).size()));
     connect(printer_, &QComboBox::currentIndexChanged, this, [this] {
         wanted_ = shownPage();
         showPrinter();
@@ -171,6 +177,7 @@ QGroupBox* PrintWindow::makePagesGroup() {
         box->setRange(given_.minPage, given_.maxPage);
         box->setValue(page);
         box->setAccessibleName(says);
+        guardWheel(box);
         row->addWidget(box);
         connect(box, &QSpinBox::valueChanged, range_, [this] { range_->setChecked(true); });
         return box;
@@ -191,6 +198,7 @@ QGroupBox* PrintWindow::makePagesGroup() {
     copies_->setObjectName("copies");
     copies_->setRange(1, mostCopies);
     copies_->setValue(given_.page.copies);
+    guardWheel(copies_);
     copies_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     form->addRow(tr("&Copies:"), copies_);
     return group;
@@ -202,6 +210,7 @@ QComboBox* PrintWindow::addChoice(QFormLayout& form, const QString& label, const
     // Names of printers and papers have no longest one.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(choiceWidth);
+    guardWheel(box);
     form.addRow(label, box);
     return box;
 }

@@ -54,8 +54,8 @@ public:
         return box;
     }
 
-    QFrame* buttons() {
-        auto* const panel = new QFrame(contents_);
+    QFrame* buttons(QWidget* parent) {
+        auto* const panel = new QFrame(parent);
         bind(panel, form_.pnlButtons);
         auto* const row = makeButtonRow(panel, form_.pnlHelp, {&form_.cmdOK, &form_.cmdCancel});
         row->setContentsMargins(0, 0, 0, 0);
@@ -136,16 +136,17 @@ private:
 
 DisplayWindow::DisplayWindow(const std::shared_ptr<frmDisplay>& form) : FormWindow(form) {
     setFixed();
-    Builder build(*form, contents());
     auto* const column = new QVBoxLayout(contents());
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(gap);
-    auto* const frames = new QHBoxLayout;
+    QWidget* const part = addScrolledPart(column);
+    Builder build(*form, part);
+    auto* const frames = new QHBoxLayout(part);
+    frames->setContentsMargins(0, 0, 0, 0);
     frames->setSpacing(gap);
     for (const DisplayFrame frame : {DisplayFrame::Points, DisplayFrame::Lines, DisplayFrame::General})
         frames->addWidget(build.frame(frame));
-    column->addLayout(frames);
-    column->addWidget(build.buttons());
+    column->addWidget(build.buttons(contents()));
 }
 
 } // namespace genutil

@@ -249,9 +249,13 @@ QWidget* makeGeneral(Builder& build, const LSGroup& group) {
 
 LSOptionsWindow::LSOptionsWindow(const std::shared_ptr<frmLS_Options>& form) : FormWindow(form) {
     setFixed();
-    Builder build(*form, contents());
-    auto* column = new QVBoxLayout(contents());
-    column->setContentsMargins(margin, margin, margin, margin);
+    auto* const window = new QVBoxLayout(contents());
+    window->setContentsMargins(margin, margin, margin, margin);
+    window->setSpacing(groupGap);
+    QWidget* const part = addScrolledPart(window);
+    Builder build(*form, part);
+    auto* column = new QVBoxLayout(part);
+    column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(groupGap);
     auto* upper = new QHBoxLayout;
     auto* limits = new QVBoxLayout;
@@ -270,7 +274,7 @@ LSOptionsWindow::LSOptionsWindow(const std::shared_ptr<frmLS_Options>& form) : F
         default:
             limits->addWidget(makeLimits(build, group), int(group.options.size()));
         }
-    column->addLayout(
+    window->addLayout(
         makeButtonRow(contents(), form->pnlHelp, {&form->cmdOK, &form->cmdCancel, &form->cmdDefaults}));
 }
 

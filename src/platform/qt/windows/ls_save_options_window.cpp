@@ -27,9 +27,12 @@ View* add(QVBoxLayout* column, View* view, Model& model, bool depends = false) {
 
 LSSaveOptionsWindow::LSSaveOptionsWindow(const std::shared_ptr<frmLS_SaveOptions>& form) : FormWindow(form) {
     setFixed();
-    QWidget* const parent = contents();
+    auto* const window = new QVBoxLayout(contents());
+    window->setContentsMargins(margin, margin, margin, margin);
+    window->setSpacing(gap);
+    QWidget* const parent = addScrolledPart(window);
     auto* column = new QVBoxLayout(parent);
-    column->setContentsMargins(margin, margin, margin, margin);
+    column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(gap);
     add(column, new QLabel(parent), form->lblPrompt)->setWordWrap(true);
     column->addSpacing(gap);
@@ -45,11 +48,11 @@ LSSaveOptionsWindow::LSSaveOptionsWindow(const std::shared_ptr<frmLS_SaveOptions
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     for (Button* model : {&form->cmdOK, &form->cmdCancel}) {
-        auto* button = new QPushButton(parent);
+        auto* button = new QPushButton(contents());
         buttons->addWidget(button);
         bind(button, *model);
     }
-    column->addLayout(buttons);
+    window->addLayout(buttons);
 }
 
 } // namespace genutil

@@ -129,7 +129,10 @@ PreferencesWindow::PreferencesWindow(const std::shared_ptr<frmDefaults>& form) :
     auto* const column = new QVBoxLayout(contents());
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(gap);
-    column->addWidget(Builder(*form, contents()).tabs());
+    QWidget* const part = addScrolledPart(column);
+    auto* const inside = new QVBoxLayout(part);
+    inside->setContentsMargins(0, 0, 0, 0);
+    inside->addWidget(Builder(*form, part).tabs());
     column->addLayout(makeButtonRow(contents(), form->pnlHelp, {&form->cmdOK, &form->cmdCancel}));
 }
 

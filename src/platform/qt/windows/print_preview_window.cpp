@@ -2,6 +2,7 @@
 
 #include "platform/qt/form/bind.h"
 #include "platform/qt/print/printed_page_view.h"
+#include "platform/qt/twip_scale.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -9,6 +10,11 @@
 #include <QPushButton>
 
 namespace genutil {
+namespace {
+
+constexpr int leastHeight = 200; // pixels
+
+} // namespace
 
 PrintPreviewWindow::PrintPreviewWindow(const std::shared_ptr<frmPrintPreview>& form) : FormWindow(form) {
     for (Button* model : {&form->cmdFirst, &form->cmdPrevious, &form->cmdNext, &form->cmdLast,
@@ -19,6 +25,7 @@ PrintPreviewWindow::PrintPreviewWindow(const std::shared_ptr<frmPrintPreview>& f
     auto* zoomLabel = bindPlaced(new QLabel(contents()), form->lblZoom);
     zoomLabel->setBuddy(bindPlaced(new QComboBox(contents()), form->cboZoom));
     place(new PrintedPageView(form->pagShown, contents()), form->pagShown);
+    setMinimumSize(TwipScale::ofScreen().pixelsHolding(form->leastRoom()), leastHeight);
 }
 
 } // namespace genutil
