@@ -58,7 +58,7 @@ frmFileView::frmFileView(Component& owner)
       pnlButtons(*this, "pnlButtons"), cmdClose(*this, "cmdClose", "&Close"),
       cmdSelect(*this, "cmdSelect", "&Select"), cmdEdit(*this, "cmdEdit", "&Edit"),
       cmdPrint(*this, "cmdPrint", "&Print"), findBar(*this, rtbViewText), status(*this, rtbViewText),
-      notice(*this, owner.files()) {
+      notice(*this, owner.files()), journal(owner.files()) {
     width = designWidth;
     height = designHeight;
     rtbViewText.width = designWidth - windowChrome.width;
@@ -147,6 +147,8 @@ void frmFileView::connectText() {
         status.fileSize.reset();
         status.showText();
     });
+    on(rtbViewText.edited, "rtbViewText_Edited",
+        [this](const text::TextChange&) { journal.noteEdit(*rtbViewText.document()); });
     on(rtbViewText.selectionChanged, "rtbViewText_SelChange", [this] { status.showSelection(); });
 }
 
@@ -183,6 +185,7 @@ void frmFileView::Form_Setup(const std::string& helpSource) {
         commonDialog1.flags = dialogflags::HideReadOnly | dialogflags::KeepFolder;
         setupDone_ = true;
         modified_ = false;
+        offerUnsaved();
         showAsSetUp();
     });
 }
@@ -317,6 +320,7 @@ void frmFileView::windowUnloaded() {
             handle("Form_Unload", [this] { rescueText(); });
     }
     notice.forget();
+    journal.forget();
     if (rememberPlacement_)
         prog->put(program::FileViewState, std::int16_t(savedWindowState_));
     fileProcs_.reset();

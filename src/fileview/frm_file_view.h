@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fileview/change_notice.h"
+#include "fileview/edit_journal.h"
 #include "fileview/find_bar.h"
 #include "fileview/report_print.h"
 #include "fileview/view_modes.h"
@@ -46,6 +47,7 @@ public:
     FindBar findBar;
     ViewerStatus status;
     ChangeNotice notice;
+    EditJournal journal;
 
     // What the window reports beside its controls' events.
     Event<const std::string&> userDropFile; // a file's full path; taken while File > Open is enabled
@@ -119,6 +121,8 @@ private:
     // Notes this state of the file as the one shown, and watches the file from now on.
     void followFile(const std::optional<FileStamp>& state);
     void openPath(const std::string& file);
+    // Offers what a process that was ended has left unsaved of the shown file.
+    void offerUnsaved();
     void fitWindowToText(const text::TextDocument& document);
     void windowResized();
     void wrapLines();

@@ -69,6 +69,7 @@ void frmFileView::DisplayFile() {
         followFile(state);
         if (prog->get(program::WipeAfterView)) {
             notice.forget();
+            journal.forget();
             WipeViewFile(FileToView);
             prog->put(program::WipeAfterView, false);
         }
@@ -78,6 +79,11 @@ void frmFileView::DisplayFile() {
 void frmFileView::followFile(const std::optional<FileStamp>& state) {
     status.fileSize = state ? std::optional(state->size) : std::nullopt;
     status.showText();
+    // Edits that are about to be saved under another name are still those of the first file.
+    if (fileFormat_ != FileFormat::PlainText || !editAllowed_)
+        journal.forget();
+    else if (!edited_)
+        journal.follow(FileToView, state, rtbViewText.document());
     notice.follow(FileToView, state, [this] {
         handle("File_Changed", [this] {
             if (!editSessionActive_)
@@ -104,6 +110,7 @@ bool frmFileView::showFile(Fit fit) {
 
 void frmFileView::showNothing() {
     notice.forget();
+    journal.forget();
     shownFile_.clear();
     rtbViewText.clear();
     edited_ = false;
@@ -215,6 +222,7 @@ void frmFileView::openPath(const std::string& file) {
     mnu_SaveAs.enabled = true;
     mnu_Print.enabled = true;
     enableOwnCommands();
+    offerUnsaved();
 }
 
 // Saving under another name and printing stay enabled without a shown file and say why they do nothing; what

@@ -193,6 +193,33 @@ void frmFileView::rescueText() {
     }
 }
 
+void frmFileView::offerUnsaved() {
+    // What cannot be read of it does not keep the user from the report.
+    handle("OfferUnsaved", [this] {
+        const auto unsaved = journal.findLeft();
+        if (unsaved == EditJournal::Left::Nothing)
+            return;
+        if (unsaved == EditJournal::Left::Outdated) {
+            journal.dropLeft();
+            desktop().ask({.text = "Changes to " + FileToView +
+                                   " were not saved when the program ended.\n"
+                                   "They cannot be restored: the file has been changed since.",
+                .icon = Icon::Exclamation});
+            return;
+        }
+        if (!confirm("Changes to " + FileToView + " were not saved when the program ended.\nRestore them ?",
+                Icon::Question))
+            return journal.dropLeft();
+        const auto document = rtbViewText.document();
+        const bool isWhole = journal.restore(document);
+        rtbViewText.setDocument(document);
+        modified_ = edited_ = mnu_Save.enabled = true;
+        if (!isWhole)
+            desktop().ask({.text = "Only a part of the changes to " + FileToView + " could be restored.",
+                .icon = Icon::Exclamation});
+    });
+}
+
 void frmFileView::EditFile() {
     run("EditFile", [this] {
         // The file is shown again afterwards: what has been typed here would be gone.

@@ -135,6 +135,7 @@ void frmFileView::ChangeEncoding(const std::string& encoding) {
         try {
             rtbViewText.setDocument(std::make_shared<text::TextDocument>(
                 rtbViewText.document()->reinterpreted(encoding, component().files().codePages())));
+            journal.noteEncoding(rtbViewText.document());
             // The bytes are the same.
             modified_ = modified;
             edited_ = edited;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostif/control.h"
+#include "hostif/record_log.h"
 #include "text/byte_stream.h"
 #include "text/encoding.h"
 
@@ -196,6 +197,10 @@ public:
     // touches what stands there already, be it a link: where the name is taken, or the folder takes no files,
     // the file is one of a new name in a folder that nobody else writes to.
     virtual std::unique_ptr<ScratchFile> makeScratchFile(const std::string& name, std::string_view bytes) = 0;
+    // A new log about the file of this name, which need not exist.
+    virtual std::unique_ptr<RecordLog> makeLog(const std::string& about) = 0;
+    // The latest one that an ended process has left.
+    virtual std::optional<LeftLog> leftLog(const std::string& about) = 0;
     virtual const text::CodePages& codePages() = 0;
 };
 

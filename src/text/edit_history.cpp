@@ -4,15 +4,17 @@
 
 namespace genutil::text {
 
-void EditHistory::note(Edit edit, bool mayJoin) {
+bool EditHistory::note(Edit edit, bool mayJoin) {
     if (saved_ && *saved_ > done_)
         saved_.reset(); // there is no way back to it
     edits_.resize(done_);
-    if (!(mayJoin && open_ && done_ > 0 && join(edit))) {
+    const bool isJoined = mayJoin && open_ && done_ > 0 && join(edit);
+    if (!isJoined) {
         edits_.push_back(std::move(edit));
         ++done_;
     }
     open_ = mayJoin;
+    return isJoined;
 }
 
 bool EditHistory::join(Edit& edit) {

@@ -24,8 +24,8 @@ class EditHistory {
 public:
     // Notes an edit that has been made. One that may join becomes part of the step before, if that was open
     // to it and the edit goes on where it ended: typing at its end, or deleting from its start forward or
-    // backward.
-    void note(Edit edit, bool mayJoin);
+    // backward. Whether it has become part of that step.
+    bool note(Edit edit, bool mayJoin);
     // What follows starts a new step.
     void endStep() { open_ = false; }
 
@@ -34,6 +34,7 @@ public:
     Edit* redo();
     bool canUndo() const { return done_ > 0; }
     bool canRedo() const { return done_ < edits_.size(); }
+    std::size_t depth() const { return done_; }
 
     bool isAtStart() const { return done_ == 0; }
     bool isSaved() const { return saved_ == done_; }

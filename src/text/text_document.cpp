@@ -62,6 +62,7 @@ struct TextDocument::State {
     LoadedText loaded;
     PieceTable table;
     EditHistory history;
+    Done done;
     WidestLine widest;
     Encoding encoding;
 
@@ -80,6 +81,8 @@ struct TextDocument::State {
     std::uint64_t characterStart(std::uint64_t offset) const;
     std::string prepared(std::string_view text, std::uint64_t begin, std::uint64_t end) const;
     TextChange exchange(Edit& edit);
+    TextChange edit(std::uint64_t offset, std::uint64_t removed, std::string_view inserted, Joining joining);
+    std::optional<TextChange> takeStep(Edit* edit, Done::Kind kind);
     void noteWidths(const TextChange& change);
     template<typename Take>
     void eachBlock(Take take) const;
@@ -250,6 +253,21 @@ void TextDocument::State::noteWidths(const TextChange& change) {
     }
 }
 
+TextChange TextDocument::State::edit(
+    std::uint64_t offset, std::uint64_t removed, std::string_view inserted, Joining joining) {
+    Edit made{offset, removed, {}, widest};
+    if (!inserted.empty())
+        made.other.push_back(table.add(inserted));
+    const TextChange change = exchange(made);
+    noteWidths(change);
+
+    if (inserted.find_first_of("\r\n") != std::string_view::npos)
+        history.endStep();
+    const bool joined = history.note(std::move(made), joining == Joining::WithPrevious);
+    done = {Done::Kind::Edit, joined, offset, removed, inserted.size()};
+    return change;
+}
+
 TextChange TextDocument::replace(const TextRange& range, std::string_view text, Joining joining) {
     const std::uint64_t begin = state_->characterStart(offsetOf(range.from));
     const std::uint64_t end = std::max(begin, state_->characterStart(offsetOf(range.to)));
@@ -258,32 +276,42 @@ TextChange TextDocument::replace(const TextRange& range, std::string_view text, 
         const TextPosition place = state_->positionAt(begin);
         return {place, place, place};
     }
-    Edit edit{begin, end - begin, {}, state_->widest};
-    if (!prepared.empty())
-        edit.other.push_back(state_->table.add(prepared));
-    const TextChange change = state_->exchange(edit);
-    state_->noteWidths(change);
+    return state_->edit(begin, end - begin, prepared, joining);
+}
 
-    if (prepared.find_first_of("\r\n") != std::string::npos)
-        endUndoStep();
-    state_->history.note(std::move(edit), joining == Joining::WithPrevious);
+void TextDocument::splice(
+    std::uint64_t offset, std::uint64_t removed, std::string_view inserted, Joining joining) {
+    if (offset > size() || removed > size() - offset)
+        throw std::out_of_range("bytes " + std::to_string(offset) + " to " +
+                                std::to_string(offset + removed) + " of a text with " +
+                                std::to_string(size()));
+    state_->edit(offset, removed, inserted, joining);
+}
+
+std::optional<TextChange> TextDocument::State::takeStep(Edit* edit, Done::Kind kind) {
+    if (edit == nullptr)
+        return std::nullopt;
+    std::swap(edit->otherWidest, widest);
+    const std::uint64_t removed = edit->length;
+    const TextChange change = exchange(*edit);
+    done = {kind, false, edit->offset, removed, edit->length};
     return change;
 }
 
 std::optional<TextChange> TextDocument::undo() {
-    Edit* edit = state_->history.undo();
-    if (edit == nullptr)
-        return std::nullopt;
-    std::swap(edit->otherWidest, state_->widest);
-    return state_->exchange(*edit);
+    return state_->takeStep(state_->history.undo(), Done::Kind::Undo);
 }
 
 std::optional<TextChange> TextDocument::redo() {
-    Edit* edit = state_->history.redo();
-    if (edit == nullptr)
-        return std::nullopt;
-    std::swap(edit->otherWidest, state_->widest);
-    return state_->exchange(*edit);
+    return state_->takeStep(state_->history.redo(), Done::Kind::Redo);
+}
+
+const TextDocument::Done& TextDocument::lastDone() const {
+    return state_->done;
+}
+
+std::string TextDocument::bytes(std::uint64_t offset, std::uint64_t length) const {
+    return state_->table.copy(offset, offset + length);
 }
 
 bool TextDocument::canUndo() const {
@@ -291,6 +319,9 @@ bool TextDocument::canUndo() const {
 }
 bool TextDocument::canRedo() const {
     return state_->history.canRedo();
+}
+std::size_t TextDocument::undoDepth() const {
+    return state_->history.depth();
 }
 void TextDocument::endUndoStep() {
     state_->history.endStep();

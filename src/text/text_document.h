@@ -103,8 +103,26 @@ public:
     std::optional<TextChange> redo();
     bool canUndo() const;
     bool canRedo() const;
+    // How many steps can be undone.
+    std::size_t undoDepth() const;
     // The next edit joins none before it.
     void endUndoStep();
+
+    // What the last edit, undoing or redoing has done, in bytes of the text.
+    struct Done {
+        enum class Kind { Edit, Undo, Redo };
+        Kind kind = Kind::Edit;
+        bool joined = false; // an edit that became part of the step before
+        std::uint64_t offset = 0;
+        std::uint64_t removed = 0;
+        std::uint64_t inserted = 0;
+    };
+    const Done& lastDone() const;
+    // Bytes of the text; the two must lie in it.
+    std::string bytes(std::uint64_t offset, std::uint64_t length) const;
+    // Puts the bytes, UTF-8 with the line ends that they have, in the place of others, as an edit that has
+    // been done before. Throws std::out_of_range for what does not lie in the text.
+    void splice(std::uint64_t offset, std::uint64_t removed, std::string_view inserted, Joining joining);
 
     // Whether the text differs from what was read or last saved. Undoing back to that counts as no
     // difference.

@@ -87,6 +87,33 @@ struct FakeFiles : FileSystem {
         put(scratch->place, std::string(bytes));
         return scratch;
     }
+    // Logs by the path that they are about; one whose process is killed stays.
+    struct Log : RecordLog {
+        FakeFiles& all;
+        std::string about;
+        Log(FakeFiles& files, std::string path) : all(files), about(std::move(path)) {}
+        ~Log() override {
+            if (!all.processIsKilled)
+                all.logs.erase(about);
+        }
+        void append(std::string_view record) override {
+            all.failWhenAsked("append", about);
+            all.logs[about].emplace_back(record);
+        }
+    };
+    std::map<std::string, std::vector<std::string>> logs;
+    bool processIsKilled = false;
+    std::unique_ptr<RecordLog> makeLog(const std::string& about) override {
+        logs[about].clear();
+        return std::make_unique<Log>(*this, about);
+    }
+    std::optional<LeftLog> leftLog(const std::string& about) override {
+        const auto found = logs.find(about);
+        if (found == logs.end())
+            return std::nullopt;
+        return LeftLog{found->second, std::make_unique<Log>(*this, about)};
+    }
+
     const text::CodePages& codePages() override { return text::basicCodePages(); }
 
     void failWhenAsked(const std::string& operation, const std::string& path) const {

@@ -4,6 +4,7 @@
 #include "platform/system/copy_file.h"
 #include "platform/system/file_stamp.h"
 #include "platform/system/open_file.h"
+#include "platform/system/record_log_file.h"
 #include "platform/system/save_file.h"
 #include "platform/system/scratch_file.h"
 #include "platform/system/wipe_file.h"
@@ -26,6 +27,8 @@ public:
     std::unique_ptr<ScratchFile> makeScratchFile(const std::string& name, std::string_view bytes) override {
         return genutil::makeScratchFile(name, bytes);
     }
+    std::unique_ptr<RecordLog> makeLog(const std::string& about) override { return makeRecordLog(about); }
+    std::optional<LeftLog> leftLog(const std::string& about) override { return leftRecordLog(about); }
     const text::CodePages& codePages() override { return codePages_; }
 
 private:

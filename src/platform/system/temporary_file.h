@@ -3,6 +3,7 @@
 #include "platform/system/descriptor.h"
 
 #include <string>
+#include <utility>
 
 #include <sys/types.h>
 
@@ -23,6 +24,8 @@ public:
     TemporaryFile() = default;
     // Not open, with the system's error number set, when it cannot be made.
     TemporaryFile(const NamePattern& pattern, mode_t mode);
+    // One that an ended process has left, open and locked.
+    TemporaryFile(Descriptor left, std::string path) : file_(std::move(left)), path_(std::move(path)) {}
     TemporaryFile(TemporaryFile&& other) noexcept;
     TemporaryFile& operator=(TemporaryFile&& other) noexcept;
     ~TemporaryFile();
