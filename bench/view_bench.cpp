@@ -1,8 +1,10 @@
 // What a key press and a scroll cost in the plain-text view, up to and including the painting, in texts of
 // every size: the same work in a small text is the floor that a large one is held against.
+#include "fileview/edit_journal.h"
 #include "hostif/form.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/text/text_view.h"
+#include "platform/system/system_files.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -67,6 +69,19 @@ void typing(benchmark::State& state) {
         shown.press(Qt::Key_A, QStringLiteral("a"));
 }
 
+// With every key noted in the log from which unsaved edits are restored.
+void typingJournaled(benchmark::State& state) {
+    Shown shown(reportOf(std::size_t(state.range(0))));
+    const auto files = makeSystemFiles();
+    EditJournal journal(*files);
+    journal.follow("bench.log", FileStamp{}, shown.form->text.document());
+    const Connection noting = shown.form->text.edited.connectScoped(
+        [&](const text::TextChange&) { journal.noteEdit(*shown.form->text.document()); });
+    shown.press(Qt::Key_End, {}, Qt::ControlModifier);
+    for (auto _ : state)
+        shown.press(Qt::Key_A, QStringLiteral("a"));
+}
+
 template<std::string (*Make)(std::size_t)>
 void caret(benchmark::State& state) {
     Shown shown(Make(std::size_t(state.range(0))));
@@ -93,6 +108,11 @@ constexpr std::int64_t gigabyte = 1000 * megabyte;
 
 BENCHMARK(typing<reportOf>)
     ->Name("type, report of")
+    ->Arg(100 * kilobyte)
+    ->Arg(gigabyte)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(typingJournaled)
+    ->Name("type and note it, report of")
     ->Arg(100 * kilobyte)
     ->Arg(gigabyte)
     ->Unit(benchmark::kMillisecond);

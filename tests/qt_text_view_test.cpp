@@ -110,6 +110,12 @@ TEST_F(TextViewTest, WrappingShowsEveryWordOnceInOrderWhateverTheWidth) {
             model.sentKey(key::Up);
         EXPECT_EQ(tops.size(), 1u) << width;
     }
+    // Prose keeps to a column that can be read; a report takes the whole window.
+    view.resize(3000, view.height());
+    const qsizetype reportRow = view.visibleText().section('\n', 2, 2).size();
+    model.font = Font{.name = "MS Sans Serif", .size = 9.75};
+    EXPECT_LT(view.visibleText().section('\n', 2, 2).size(), 130);
+    EXPECT_GT(reportRow, 300);
 }
 
 TEST_F(TextViewTest, SelectionByKeysAndMouseIsCopiedAsText) {

@@ -4,6 +4,8 @@
 #include "platform/qt/text/text_view_accessible.h"
 
 #include <QApplication>
+#include <QFontInfo>
+#include <QFontMetricsF>
 #include <QScrollBar>
 #include <QStyle>
 #include <QWheelEvent>
@@ -19,6 +21,7 @@ using text::TextPosition;
 namespace {
 
 constexpr int wheelStep = 120;       // eighths of a degree in one notch
+constexpr int proseColumns = 90;     // letters "x" of a line of prose, which is hard to read when it is longer
 constexpr int wrappedLineSteps = 64; // a wrapped line can be many rows: the bar counts parts of it
 constexpr std::size_t shownBytes = 4096;
 constexpr double smallestZoom = 0.05;
@@ -125,8 +128,16 @@ QSize TextView::sizeHint() const {
     return {fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 30};
 }
 
+// A report takes the whole window; prose, which alone is set in a proportional font, a column of it.
+double TextView::wrapWidth() const {
+    const double room = viewport()->width() - 2 * margin();
+    if (QFontInfo(textFont_).fixedPitch())
+        return room;
+    return std::min(room, QFontMetricsF(textFont_).horizontalAdvance(QLatin1Char('x')) * proseColumns);
+}
+
 void TextView::renewLayout() {
-    rows_ = wraps_ ? makeWrappedRows(document_, textFont_, viewport()->width() - 2 * margin())
+    rows_ = wraps_ ? makeWrappedRows(document_, textFont_, wrapWidth())
                    : makeLineRows(document_, textFont_);
     wantedX_.reset();
     top_ = rows_->rowAt(top_).position();

@@ -94,6 +94,7 @@ private:
     void followEdit(const text::TextChange& change);
     void followSelection();
     void followLook();
+    double wrapWidth() const;
     void renewLayout();
     void updateBars();
     double margin() const { return 3; } // pixels left of the text, and right of the widest line
