@@ -134,6 +134,39 @@ TEST_F(Printing, PrintsRangesOfTheSheetsOfTheWholeReport) {
     EXPECT_EQ(desktop.messages.front().text, "Nothing is printed: page 6 is beyond the last page, 5.");
 }
 
+TEST_F(Printing, TheDialogKnowsWhatTheReportBecomesOnEveryPaper) {
+    std::vector<std::size_t> told;
+    std::string cut;
+    desktop.onPrint = [&](PrintDialog& dialog) {
+        const Font font = printer.font();
+        for (const auto orientation : {PageOrientation::Portrait, PageOrientation::Landscape}) {
+            dialog.page.orientation = orientation;
+            const auto estimate = dialog.estimate({"Plotter", "", ""}, dialog.page);
+            told.push_back(estimate->pageCount);
+            cut = estimate->cutOff;
+        }
+        EXPECT_EQ(printer.device().name, "Laser") << "what is set stays";
+        EXPECT_EQ(printer.page().orientation, PageOrientation::Portrait);
+        EXPECT_EQ(printer.font(), font);
+        dialog.page.orientation = PageOrientation(2 - told.size() / 2 % 2);
+        return true;
+    };
+    for (int i = 0; i < 2; ++i) {
+        print("a.log", numbered(1, 330));
+        EXPECT_EQ(printer.pages.size(), told[std::size_t(3 * i)]) << "portrait, then landscape";
+    }
+    EXPECT_NE(told[0], told[1]);
+    EXPECT_EQ(cut, "");
+    print("a.log", std::string(500, 'x'));
+    EXPECT_THAT(cut, HasSubstr("cut off"));
+    desktop.onPrint = [&](PrintDialog& dialog) {
+        files.files.erase("/jobs/a.log");
+        EXPECT_FALSE(dialog.estimate(printer.device(), dialog.page));
+        return false;
+    };
+    print("a.log", "one");
+}
+
 TEST_F(Printing, PrintsWholeCopiesInTheSameFontAndLeavesNoCopiesToThePrinter) {
     desktop.onPrint = [](PrintDialog& dialog) {
         dialog.page.copies = 2;

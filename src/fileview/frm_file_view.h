@@ -155,6 +155,9 @@ private:
     Printer* printerOrMessage();
     // What the dialog proposes.
     PrintDialog dialogFor(Printer& printer, bool wide);
+    // What the file, as it is, becomes on the printer; what is set on the printer stays.
+    PrintEstimate estimate(Printer& printer, const PrinterDevice& device, const PageSettings& page,
+        const text::TextDocument& file);
     static void setChosenPage(Printer& printer, PageSettings chosen);
     text::TextDocument textToPrint(bool selection);
     // Whether the user lets the paper's edge cut that off.

@@ -150,6 +150,29 @@ PrintDialog frmFileView::dialogFor(Printer& printer, bool wide) {
     return dialog;
 }
 
+PrintEstimate frmFileView::estimate(
+    Printer& printer, const PrinterDevice& device, const PageSettings& page, const text::TextDocument& file) {
+    struct AsItWas {
+        Printer& printer;
+        PrinterDevice device = printer.device();
+        PageSettings page = printer.page();
+        Font font = printer.font();
+        ~AsItWas() {
+            try {
+                printer.choose(device);
+                printer.setPage(page);
+                printer.setFont(font);
+            } catch (const Error&) {
+                // What is printed on is chosen and set again.
+            }
+        }
+    } const asItWas{printer};
+    printer.choose(device);
+    setChosenPage(printer, page);
+    const ReportPages pages(printer, reportOf(file, page.orientation));
+    return {pages.count(), pages.cutOff()};
+}
+
 Printer* frmFileView::printerOrMessage() {
     Printer* const printer = desktop().printer();
     if (!printer)
@@ -165,6 +188,17 @@ void frmFileView::PrintText() {
             return;
         printer->setFont(reportFont(wide));
         PrintDialog dialog = dialogFor(*printer, wide);
+        dialog.estimate = [this, printer, file = std::shared_ptr<text::TextDocument>()](
+                              const PrinterDevice& device,
+                              const PageSettings& page) mutable -> std::optional<PrintEstimate> {
+            try {
+                if (!file)
+                    file = std::make_shared<text::TextDocument>(fileAsItIs());
+                return estimate(*printer, device, page, *file);
+            } catch (const Error&) {
+                return std::nullopt; // printing will say why
+            }
+        };
         if (SelectPrinterSetProperties(dialog))
             printAsChosen(*printer, dialog);
     });

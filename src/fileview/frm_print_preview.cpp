@@ -10,6 +10,7 @@ namespace {
 
 constexpr WindowChrome windowChrome{.width = 120, .height = 405};
 constexpr double stripHeight = 600;
+constexpr double noticeHeight = 510; // two lines
 constexpr double controlHeight = 345;
 constexpr double margin = 120, gap = 60;
 constexpr double leastWidth = 8700;
@@ -38,7 +39,8 @@ frmPrintPreview::frmPrintPreview(
       txtPage(*this, "txtPage", "1"), lblPages(*this, "lblPages", "of " + std::to_string(pages.count())),
       cmdNext(*this, "cmdNext", "&Next"), cmdLast(*this, "cmdLast", "&Last"),
       lblZoom(*this, "lblZoom", "&Zoom:"), cboZoom(*this, "cboZoom"),
-      cmdPrint(*this, "cmdPrint", "&Print ..."), cmdClose(*this, "cmdClose", "&Close"), printer_(printer),
+      cmdPrint(*this, "cmdPrint", "&Print ..."), cmdClose(*this, "cmdClose", "&Close"),
+      lblCutOff(*this, "lblCutOff", pages.cutOff().empty() ? "" : pages.cutOff() + "."), printer_(printer),
       pages_(pages) {
     int next = 0;
     for (Control* control : std::initializer_list<Control*>{&pagShown, &cmdFirst, &cmdPrevious, &txtPage,
@@ -137,10 +139,15 @@ void frmPrintPreview::layOut() {
              {&cmdPrevious, 960}, {&txtPage, 600}, {&lblPages, pagesWidth}, {&cmdNext, 660}, {&cmdLast, 660},
              {&lblZoom, 525}, {&cboZoom, 1320}, {&cmdPrint, 960}, {&cmdClose, 780}})
         put(*control, taken);
+    lblCutOff.visible = !lblCutOff.caption.get().empty();
+    lblCutOff.left = margin;
+    lblCutOff.top = stripHeight;
+    lblCutOff.width = std::max(0.0, room - 2 * margin);
+    lblCutOff.height = noticeHeight - gap;
     pagShown.left = 0;
-    pagShown.top = stripHeight;
+    pagShown.top = stripHeight + (lblCutOff.visible ? noticeHeight : 0);
     pagShown.width = room;
-    pagShown.height = std::max(0.0, height - windowChrome.height - stripHeight);
+    pagShown.height = std::max(0.0, height - windowChrome.height - pagShown.top);
 }
 
 PagePicture frmPrintPreview::picture(std::size_t page, int pictureWidth, int pictureHeight) {

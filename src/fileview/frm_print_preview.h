@@ -26,6 +26,7 @@ public:
     Label lblZoom;
     ComboBox cboZoom;
     Button cmdPrint, cmdClose;
+    Label lblCutOff; // what the paper cuts off
 
     // Result: the user wants to print.
     bool PrintChosen = false;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -117,6 +118,12 @@ inline constexpr std::int32_t PageNumbers = 2;
 inline constexpr std::int32_t InformationContext = 512;
 } // namespace printflags
 
+// What a document becomes on paper.
+struct PrintEstimate {
+    std::size_t pageCount = 0;
+    std::string cutOff; // what does not fit on the sheets; "" for nothing
+};
+
 // What a printer dialog is given, and what the user has chosen.
 struct PrintDialog {
     // The file that is printed. A PDF file is proposed beside it, and never takes its place.
@@ -128,6 +135,9 @@ struct PrintDialog {
     int minPage = 1;
     int maxPage = 1;
     std::int32_t flags = 0; // printflags; Selection offers the selection, and is preset
+    // What the whole document becomes on this printer with these settings; may take half a second. Unset, or
+    // nothing, where that is not known.
+    std::function<std::optional<PrintEstimate>(const PrinterDevice&, const PageSettings&)> estimate = {};
 };
 
 } // namespace genutil

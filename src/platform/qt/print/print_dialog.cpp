@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTimer>
 #include <QToolButton>
 
 #include <algorithm>
@@ -63,6 +64,7 @@ private:
     // The settings as they are offered now; what is not offered stays as it is wanted.
     PageSettings shownPage() const;
     void showPrinter();
+    void showEstimate();
     void browse();
     bool mayWriteFile();
 
@@ -88,6 +90,8 @@ private:
     QSpinBox* from_ = nullptr;
     QSpinBox* to_ = nullptr;
     QSpinBox* copies_ = nullptr;
+    QLabel* estimate_ = nullptr;
+    QTimer estimating_; // the dialog is there first, and takes a burst of choices together
 };
 
 PrintWindow::PrintWindow(
@@ -123,6 +127,12 @@ PrintWindow::PrintWindow(
         wanted_ = shownPage();
         showPrinter();
     });
+    estimating_.setSingleShot(true);
+    estimating_.callOnTimeout(this, &PrintWindow::showEstimate);
+    for (const QComboBox* const choice : {printer_, size_, orientation_, source_, sides_, quality_})
+        connect(choice, &QComboBox::currentIndexChanged, this, [this] { estimating_.start(); });
+    if (given_.estimate)
+        estimating_.start();
 }
 
 QGroupBox* PrintWindow::makePrinterGroup() {
@@ -201,6 +211,15 @@ QGroupBox* PrintWindow::makePagesGroup() {
     guardWheel(copies_);
     copies_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     form->addRow(tr("&Copies:"), copies_);
+    estimate_ = new QLabel(group);
+    estimate_->setObjectName("estimate");
+    estimate_->setTextFormat(Qt::PlainText);
+    estimate_->setWordWrap(true);
+    // Whatever it will say, the dialog keeps its size.
+    estimate_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    estimate_->setFixedHeight(5 * fontMetrics().lineSpacing());
+    estimate_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    form->addRow(estimate_);
     return group;
 }
 
@@ -270,6 +289,20 @@ PageSettings PrintWindow::shownPage() const {
     page.quality = read(*quality_, page.quality);
     page.copies = std::int16_t(copies_->value());
     return page;
+}
+
+void PrintWindow::showEstimate() {
+    if (!given_.estimate)
+        return;
+    setCursor(Qt::WaitCursor);
+    const auto pages = given_.estimate(device(), abilities_.possible(shownPage()));
+    unsetCursor();
+    if (!pages)
+        return estimate_->clear();
+    const QString count = pages->pageCount == 1 ? tr("The report has 1 page.")
+                                                : tr("The report has %1 pages.").arg(pages->pageCount);
+    estimate_->setText(
+        pages->cutOff.empty() ? count : count + "\n" + QString::fromStdString(pages->cutOff) + ".");
 }
 
 void PrintWindow::browse() {

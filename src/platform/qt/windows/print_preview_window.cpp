@@ -22,6 +22,7 @@ PrintPreviewWindow::PrintPreviewWindow(const std::shared_ptr<frmPrintPreview>& f
         bindPlaced(new QPushButton(contents()), *model)->setAutoDefault(false);
     bindPlaced(new QLineEdit(contents()), form->txtPage)->setAccessibleName(QStringLiteral("Page"));
     bindPlaced(new QLabel(contents()), form->lblPages);
+    bindPlaced(new QLabel(contents()), form->lblCutOff)->setWordWrap(true);
     auto* zoomLabel = bindPlaced(new QLabel(contents()), form->lblZoom);
     zoomLabel->setBuddy(bindPlaced(new QComboBox(contents()), form->cboZoom));
     place(new PrintedPageView(form->pagShown, contents()), form->pagShown);
