@@ -55,6 +55,8 @@ TEST(PageRules, ShowOnlyOrdinaryFilesOfThePagesOwnFolder) {
     EXPECT_FALSE(PageFolder().faultOf(here + "/help/page.html").empty());
     EXPECT_EQ(findPage("FILE://" + (files / "help/page.html") + "#two").fragment, "two");
     EXPECT_EQ(findPage(files / "help/sub/a b#%41.html").fault, "");
+    EXPECT_EQ(findPage(files / "help/page.html#the %41nd").fragment, "the%20%41nd");
+    EXPECT_EQ(findPage(files / "help/page.html#z").fault, "");
     EXPECT_EQ(findPage("https://example.org/").fault, "Only pages on this computer are shown here.");
 }
 
@@ -130,6 +132,9 @@ protected:
     void clickPage() {
         QWidget* const target = view()->focusProxy()->focusProxy();
         ASSERT_TRUE(target);
+        QTest::mouseMove(target, QPoint(50, 50));
+        QTest::mouseMove(target, QPoint(60, 60));
+        pass(100); // the engine tells which link that is on
         QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(60, 60));
     }
 };
@@ -251,12 +256,17 @@ TEST_F(Page, RefusesLinksThatLeadOutInPlaceAndFollowsTheOthers) {
     struct Case {
         std::string address, attributes, said;
     };
+    files.make("page.pdf", "%PDF-1.4\n");
     int shown = 0;
     for (const Case& each :
         {Case{"http://127.0.0.1:9/", "", "Only files in the page's own folder are shown."},
             Case{"missing.html", "", "There is no such file."},
             Case{"./", "target=_blank", "It is a folder."},
             Case{"mailto:somebody@example.org", "", "Only files in the page's own folder are shown."},
+            Case{"javascript:alert(1)", "", "Only files in the page's own folder are shown."},
+            Case{"data:text/html,x", "", "Only files in the page's own folder are shown."},
+            Case{"view-source:next.html", "", "Only files in the page's own folder are shown."},
+            Case{"page.pdf", "", "It is not a page but data of type application/pdf."},
             Case{"next.html", "target=_blank ping=http://127.0.0.1:9/", ""}}) {
         // Each page has a colour of its own by which it is known to be there.
         const QRgb colour = blue - QRgb(++shown);
@@ -298,6 +308,12 @@ TEST_F(Page, ShowsSomethingAndStaysUsableWhateverThePageIs) {
         timer.start();
         pass(50);
         EXPECT_LT(timer.elapsed(), 3000) << page.substr(0, 100);
+    }
+    // What is no page has the reason in its place.
+    for (const std::string& page : {files.make("a.pdf", "%PDF-1.4\n"), files.make("a.tar.gz", "\x1f\x8b\x08"),
+             files.make("a.zip", "PK\3\4")}) {
+        show(page);
+        EXPECT_TRUE(comesToShow(0xff000000)) << page;
     }
     form().cmdClose.userPress();
     EXPECT_EQ(view(), nullptr);
@@ -349,8 +365,7 @@ TEST_F(Page, NamesTheModuleThatIsMissing) {
         {"--gtest_also_run_disabled_tests", "--gtest_filter=Page.DISABLED_SaysWhatIsMissing"});
     ASSERT_TRUE(program.waitForFinished(60000));
     const std::string said = program.readAllStandardOutput().toStdString();
-    EXPECT_NE(said.find(files / "k_genutil_web.so cannot be used: there is no such file"), said.npos)
-        << said;
+    EXPECT_NE(said.find(files / "k_genutil_web.so cannot be used: there is no such file"), said.npos) << said;
     EXPECT_EQ(program.exitCode(), 0);
 }
 

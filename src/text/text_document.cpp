@@ -285,7 +285,22 @@ void TextDocument::splice(
         throw std::out_of_range("bytes " + std::to_string(offset) + " to " +
                                 std::to_string(offset + removed) + " of a text with " +
                                 std::to_string(size()));
-    state_->edit(offset, removed, inserted, joining);
+    std::string bytes(inserted);
+    // A line end of two bytes that the place parts is taken out and put in again as two of one byte.
+    const auto parts = [this](std::uint64_t at) {
+        const PieceTable& table = state_->table;
+        return at > 0 && at < table.size() && table.byteAt(at - 1) == '\r' && table.byteAt(at) == '\n';
+    };
+    if (parts(offset)) {
+        --offset;
+        ++removed;
+        bytes.insert(0, 1, '\r');
+    }
+    if (parts(offset + removed)) {
+        ++removed;
+        bytes += '\n';
+    }
+    state_->edit(offset, removed, bytes, joining);
 }
 
 std::optional<TextChange> TextDocument::State::takeStep(Edit* edit, Done::Kind kind) {

@@ -71,8 +71,8 @@ bool LocalPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bo
     if (!isMainFrame)
         return isInline(url) || profile_.files.folder.faultOf(textOf(url)).empty();
     // Only the message comes this way.
-    if (isInline(url))
-        return showsMessage_ && type == NavigationTypeTyped;
+    if (isInline(url) && showsMessage_ && type == NavigationTypeTyped)
+        return true;
     const std::string fault = profile_.files.folder.faultOf(textOf(url));
     if (fault.empty())
         showsMessage_ = false;

@@ -39,6 +39,23 @@ std::string decoded(std::string_view text) {
     return bytes;
 }
 
+// What may stand in an address as it is, besides letters and digits; in a place within a page what is encoded
+// already stays so.
+constexpr std::string_view pathMarks = "/-._~", fragmentMarks = "/-._~%!$&'()*+,;=:@?";
+
+std::string encoded(std::string_view text, std::string_view marks) {
+    std::string address;
+    for (const char c : text) {
+        if (isLetterOrDigit(c) || marks.find(c) != std::string_view::npos) {
+            address += c;
+        } else {
+            const auto byte = static_cast<unsigned char>(c);
+            address += {'%', hexDigits[byte >> 4], hexDigits[byte & 15]};
+        }
+    }
+    return address;
+}
+
 // Empty when there is no such file, and for a name that no file can have.
 std::string canonical(const std::string& path) {
     if (path.empty() || path.find('\0') != path.npos)
@@ -94,6 +111,11 @@ NamedPage findPage(const std::string& name) {
         if (const auto hash = name.find('#'); hash != name.npos)
             page.fragment = name.substr(hash + 1);
     }
+    // A path with a place in the page behind it.
+    if (const auto hash = name.rfind('#'); page.file.empty() && !hasScheme(name) && hash != name.npos) {
+        page.file = canonical(name.substr(0, hash));
+        page.fragment = encoded(name.substr(hash + 1), fragmentMarks);
+    }
     page.fault = faultOfFile(page.file);
     if (page.fault.empty() && isEmptyFile(page.file))
         page.fault = "The file is empty.";
@@ -117,16 +139,7 @@ std::string pathOfAddress(std::string_view address) {
 }
 
 std::string addressOfPath(std::string_view path) {
-    std::string address = "file://";
-    for (const char c : path) {
-        if (isLetterOrDigit(c) || std::string_view("/-._~").find(c) != std::string_view::npos) {
-            address += c;
-        } else {
-            const auto byte = static_cast<unsigned char>(c);
-            address += {'%', hexDigits[byte >> 4], hexDigits[byte & 15]};
-        }
-    }
-    return address;
+    return "file://" + encoded(path, pathMarks);
 }
 
 PageFolder::PageFolder(const std::string& pageFile) {

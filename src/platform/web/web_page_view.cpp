@@ -53,6 +53,7 @@ private:
 
     void connectPage();
     void connectLoading();
+    void followLink(const QEvent& event);
     void loadSucceeded();
     void loadFailed(const QWebEngineLoadingInfo& load);
     void refuseDownload(const QWebEngineDownloadRequest& download);
@@ -67,7 +68,11 @@ private:
     std::string asked_;
     QString sought_; // empty while nothing is looked for
     double zoom_ = 1;
-    bool hasPage_ = false;   // something of what was asked for has been shown
+    QUrl linkBelow_; // the pointer, or that has the keys
+    QUrl pressedLink_;
+    bool hasPage_ = false;           // something of what was asked for has been shown
+    bool showsWhatWasAsked_ = false; // and not why it cannot be shown
+    bool isLoading_ = false;
     bool committed_ = false; // what is being loaded has begun to show
     int wheel_ = 0;
 };
@@ -122,6 +127,8 @@ void WebPageView::connectPage() {
     connect(&engine_->page, &QWebEnginePage::selectionChanged, this, [this] { tellState(); });
     connect(&engine_->page, &QWebEnginePage::findTextFinished, this,
         [this](const QWebEngineFindTextResult& result) {
+            if (isLoading_ && result.numberOfMatches() == 0)
+                return; // what is still to come is searched when it is there
             found(result.activeMatch(), result.numberOfMatches());
         });
     // The engine waits for its event to end, and the menu stays as long as the user likes.
@@ -133,6 +140,8 @@ void WebPageView::connectPage() {
             menuWanted();
         },
         Qt::QueuedConnection);
+    connect(&engine_->page, &QWebEnginePage::linkHovered, this,
+        [this](const QString& address) { linkBelow_ = QUrl(address); });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, const QWidget* now) {
         if (now && isAncestorOf(now))
             focused();
@@ -145,6 +154,7 @@ void WebPageView::connectLoading() {
     connect(&engine_->page, &QWebEnginePage::loadStarted, this, [this] { committed_ = false; });
     connect(&engine_->page, &QWebEnginePage::urlChanged, this, [this] { tellNavigated(); });
     connect(&engine_->page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo& load) {
+        isLoading_ = load.status() == QWebEngineLoadingInfo::LoadStartedStatus;
         if (load.status() == QWebEngineLoadingInfo::LoadSucceededStatus)
             loadSucceeded();
         else if (load.status() != QWebEngineLoadingInfo::LoadStartedStatus)
@@ -162,7 +172,7 @@ void WebPageView::open(const std::string& page) {
     if (!engine_)
         return;
     asked_ = page;
-    hasPage_ = false;
+    hasPage_ = showsWhatWasAsked_ = false;
     committed_ = false; // a load that takes the place of another does not tell that it starts
     const NamedPage named = findPage(page);
     engine_->profile.files.folder = named.fault.empty() ? PageFolder(named.file) : PageFolder();
@@ -213,8 +223,10 @@ void WebPageView::setZoom(double factor) {
 }
 
 bool WebPageView::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::Wheel || !watched->isWidgetType() ||
-        !isAncestorOf(static_cast<QWidget*>(watched)))
+    if (!watched->isWidgetType() || !isAncestorOf(static_cast<QWidget*>(watched)))
+        return false;
+    followLink(*event);
+    if (event->type() != QEvent::Wheel)
         return false;
     const auto& wheel = static_cast<const QWheelEvent&>(*event);
     if (!(wheel.modifiers() & Qt::ControlModifier))
@@ -227,9 +239,25 @@ bool WebPageView::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
+// The engine drops links of some kinds without a word to anybody: scripts, data, pages of its own.
+void WebPageView::followLink(const QEvent& event) {
+    const bool isClick = event.type() == QEvent::MouseButtonRelease &&
+                         static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
+    const bool isKey =
+        event.type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(event).key() == Qt::Key_Return;
+    if (event.type() == QEvent::MouseButtonPress)
+        pressedLink_ = linkBelow_;
+    if ((!isKey && !(isClick && pressedLink_ == linkBelow_)) || linkBelow_.isEmpty() || !engine_)
+        return;
+    const std::string fault = engine_->profile.files.folder.faultOf(linkBelow_.toEncoded().toStdString());
+    if (!fault.empty())
+        notOpened(linkBelow_.toDisplayString(), QString::fromStdString(fault));
+}
+
 void WebPageView::loadSucceeded() {
     if (!committed_)
         tellNavigated();
+    showsWhatWasAsked_ = !engine_->page.showsMessage();
     // Until now only a part of the page, or an earlier one, was searched.
     if (!sought_.isEmpty()) {
         engine_->page.findText(QString()); // from the start again, not on
@@ -242,12 +270,14 @@ void WebPageView::loadFailed(const QWebEngineLoadingInfo& load) {
         cannotShow(load.url().toDisplayString(), load.errorString());
     else if (!hasPage_ && !engine_->page.showsMessage() && load.url() == engine_->page.requestedUrl())
         tellNavigated(); // nothing more will come
+    if (engine_ && !sought_.isEmpty())
+        search(sought_, false); // in what there is
 }
 
 void WebPageView::refuseDownload(const QWebEngineDownloadRequest& download) {
     const QString name = download.url().toDisplayString();
     const QString reason = QStringLiteral("It is not a page but data of type %1.").arg(download.mimeType());
-    if (hasPage_)
+    if (showsWhatWasAsked_)
         notOpened(name, reason);
     else
         cannotShow(name, reason);
