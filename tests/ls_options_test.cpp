@@ -4,11 +4,14 @@
 #include "support/ls_facts.h"
 #include "support/ls_world.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 using namespace genutil;
+using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -242,6 +245,33 @@ TEST_F(LSDialog, LoadsAndSavesTheRecordOfItsMode) {
         change(form);
     });
     EXPECT_FALSE(saved) << "no page is selected";
+}
+
+TEST_F(LSDialog, SaysWhatIsStoredOtherwiseThanItIsShownAndWhatWasUnderstood) {
+    auto& row = table->addRow();
+    row["Iterations"] = std::int16_t{7};
+    row["ProvPtTolH"] = -0.5; // a limit is shown without its sign
+    row["AzimuthSD"] = 10.0;
+    defaults->write("ProvPtTolH", 0.5);
+    show(3, [&](frmLS_Options& form) {
+        const auto says = [&](Control& control) { return control.toolTip.get(); };
+        const std::string list = " Stored is 7, which OK replaces by 1 when anything has been changed.";
+        EXPECT_THAT(says(form.listOf(15)), HasSubstr(list));
+        EXPECT_THAT(says(form.boxOf(1)), HasSubstr(" Stored is -0.5, which OK replaces by 0.5 "));
+        EXPECT_TRUE(form.listOf(15).marked && form.boxOf(1).marked);
+        EXPECT_THAT(says(form.boxOf(16)), Not(HasSubstr("Stored")));
+        form.boxOf(1).setFocus();
+        form.boxOf(16).setFocus();
+        EXPECT_THAT(says(form.boxOf(1)), HasSubstr("Stored")) << "left as it was";
+        type(form, 1, "0.7");
+        form.listOf(15).userSelect(2);
+        EXPECT_THAT(says(form.boxOf(1)) + says(form.listOf(15)), Not(HasSubstr("Stored")));
+        for (const auto& [typed, read] : {std::pair("7 mm", "'7 mm' was read as 7 seconds"),
+                 {"1,234.5", "'1,234.5' was read as 1 seconds"}, {"8", ""}, {" +8.5 ", ""}}) {
+            type(form, 16, typed);
+            EXPECT_EQ(form.lblUnderstood.caption.get(), read);
+        }
+    });
 }
 
 TEST_F(LSDialog, StaysOpenWhenSavingFailsAndSavesAtTheNextAttempt) {

@@ -34,7 +34,7 @@ std::string dummyLabelName(std::string_view list) {
 frmLS_Options::frmLS_Options(Component& owner)
     : DialogForm(owner, "frmLS_Options", "LS_Options", "Least-Squares Options"), cmdOK(*this, "cmdOK", "&OK"),
       cmdCancel(*this, "cmdCancel", "&Cancel"), cmdDefaults(*this, "cmdDefaults", "Set &Defaults"),
-      pnlHelp(*this, "pnlHelp") {
+      pnlHelp(*this, "pnlHelp"), lblUnderstood(*this, "lblUnderstood", "") {
     makeControls();
     connectControls();
     connectButtons();
@@ -117,7 +117,6 @@ void frmLS_Options::Form_Setup(const std::string& helpSource, const std::shared_
             IHelp()->AttachComboLabel(controlOf(dummyLabels, dummyLabelName(list.name()).c_str()), list);
         }
         SetupComboLists();
-        explainDefaults();
         setupDone_ = false;
         loadByMode(table);
         for (const int option : watched)

@@ -36,6 +36,8 @@ public:
     std::deque<Label> dummyLabels; // stand for the lists in instant help
     Button cmdOK, cmdCancel, cmdDefaults;
     Panel pnlHelp;
+    // What was understood of an entry that is more than a number.
+    Label lblUnderstood;
 
     // The control of an option. OutOfRange for an option of another kind.
     TextBox& boxOf(int option);
@@ -80,13 +82,17 @@ private:
     // Shows the message; then the focus goes back into the box.
     void refuse(TextBox& box, const std::string& message);
     void accept(TextBox& box);
-    void noteChange(const TextBox& box);
+    void noteChange(const LSOption& option);
     // Whether the option's value is not that of the defaults object; never without one.
     bool differsFromDefault(const LSOption& option);
     void showMark(const LSOption& option);
     void showMarks();
-    // Adds the default values to the controls' tooltips.
-    void explainDefaults();
+    // Puts the default value, and what OK would make of the stored one, into the control's tooltip.
+    void explain(const LSOption& option);
+    // Notes what the control shows in place of the stored value.
+    void noteStored(const LSOption& option, const Value& stored);
+    void forgetStored(const LSOption& option);
+    void sayUnderstood(const LSOption& option, const std::string& typed);
     // What the option's control shows, and what it shows for the default.
     std::string shownValue(const LSOption& option);
     std::string shownDefault(const LSOption& option);
@@ -105,6 +111,7 @@ private:
 
     std::array<Control*, lsOptionCount> controls_{}; // by option
     std::map<int, std::int32_t> initialState_;       // of check boxes and lists, by option
+    std::map<int, std::string> storedOtherwise_; // stored values that are not as they are shown, by option
     std::shared_ptr<Recordset> table_;
     std::string entryText_;
     bool setupDone_ = false;

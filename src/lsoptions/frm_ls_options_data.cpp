@@ -37,8 +37,9 @@ void frmLS_Options::fillFrom(const LSOption& option, const Value& value, const V
         break;
     }
     case LSControl::PointSave:
-        break;
+        return;
     }
+    noteStored(option, value);
 }
 
 void frmLS_Options::GetLSOptionsData(Recordset& record) {

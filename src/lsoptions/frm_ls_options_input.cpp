@@ -98,6 +98,7 @@ std::string frmLS_Options::formatted(const LSOption& option, double value) {
 
 void frmLS_Options::leaveBox(const LSOption& option) {
     TextBox& box = boxOf(option.number);
+    const std::string typed = box.text;
     const bool isLimit = option.check == LSCheck::LimitNotZero;
     if (lsIsBeyondDoubles(box.text.get()))
         return refuse(box,
@@ -117,7 +118,9 @@ void frmLS_Options::leaveBox(const LSOption& option) {
     accept(box);
     if (option.check == LSCheck::NotBothZero)
         accept(boxOf(option.pairedWith));
-    noteChange(box);
+    if (setupDone_ && typed != entryText_)
+        sayUnderstood(option, typed);
+    noteChange(option);
     showMark(option);
 }
 
@@ -134,9 +137,11 @@ void frmLS_Options::refuse(TextBox& box, const std::string& message) {
         box.setFocus();
 }
 
-void frmLS_Options::noteChange(const TextBox& box) {
-    if (setupDone_ && box.text.get() != entryText_)
-        dataChanged_ = true;
+void frmLS_Options::noteChange(const LSOption& option) {
+    if (!setupDone_ || boxOf(option.number).text.get() == entryText_)
+        return;
+    dataChanged_ = true;
+    forgetStored(option);
 }
 
 std::int32_t frmLS_Options::stateOf(int option) {
@@ -147,6 +152,7 @@ std::int32_t frmLS_Options::stateOf(int option) {
 void frmLS_Options::noteChoice(int option) {
     if (setupDone_ && stateOf(option) != initialState_[option])
         dataChanged_ = true;
+    forgetStored(lsOption(option));
     showMark(lsOption(option));
 }
 
@@ -178,21 +184,56 @@ bool frmLS_Options::differsFromDefault(const LSOption& option) {
     return option.kind == LSControl::Box ? lsValueOf(shown) != lsValueOf(usual) : shown != usual;
 }
 
-void frmLS_Options::explainDefaults() {
-    for (const LSOption& option : lsOptions())
-        if (option.kind != LSControl::PointSave && LSOptPrefDefaults)
-            controls_[std::size_t(option.number) - 1]->toolTip =
-                lsToolTip(option) + " Default: " + shownDefault(option) + ".";
+void frmLS_Options::explain(const LSOption& option) {
+    std::string tip = lsToolTip(option);
+    if (LSOptPrefDefaults)
+        tip += " Default: " + shownDefault(option) + ".";
+    if (const auto stored = storedOtherwise_.find(option.number); stored != storedOtherwise_.end())
+        tip += " Stored is " + stored->second + ", which OK replaces by " + shownValue(option) +
+               " when anything has been changed.";
+    controls_[std::size_t(option.number) - 1]->toolTip = tip;
+}
+
+void frmLS_Options::noteStored(const LSOption& option, const Value& stored) {
+    storedOtherwise_.erase(option.number);
+    if (setupDone_ || stored.isNull() || option.kind == LSControl::Check)
+        return;
+    const std::string text = stored.toText();
+    const auto item = option.kind == LSControl::Box ? std::nullopt : listOf(option.number).selectedItem();
+    const bool isShown = option.kind == LSControl::Box ? lsValueOf(text) == lsValueOf(shownValue(option))
+                         : option.kind == LSControl::CodeList ? item && stored.toDouble() == item->code
+                                                              : item && text == item->text;
+    if (!isShown)
+        storedOtherwise_[option.number] = text;
+}
+
+// The user has chosen another value.
+void frmLS_Options::forgetStored(const LSOption& option) {
+    if (setupDone_ && storedOtherwise_.erase(option.number) > 0)
+        explain(option);
+}
+
+void frmLS_Options::sayUnderstood(const LSOption& option, const std::string& typed) {
+    const std::string unit = option.unit;
+    const bool isMore = setupDone_ && !text::isBlank(typed) && !lsIsNumber(typed);
+    lblUnderstood.caption = isMore ? "'" + typed + "' was read as " + boxOf(option.number).text.get() +
+                                         (unit.empty() || unit == "%" ? unit : " " + unit)
+                                   : "";
+    lblUnderstood.toolTip = lblUnderstood.caption.get();
 }
 
 void frmLS_Options::showMark(const LSOption& option) {
-    controls_[std::size_t(option.number) - 1]->marked = differsFromDefault(option);
+    controls_[std::size_t(option.number) - 1]->marked =
+        differsFromDefault(option) || storedOtherwise_.contains(option.number);
 }
 
 void frmLS_Options::showMarks() {
-    for (const LSOption& option : lsOptions())
-        if (option.kind != LSControl::PointSave)
-            showMark(option);
+    for (const LSOption& option : lsOptions()) {
+        if (option.kind == LSControl::PointSave)
+            continue;
+        explain(option);
+        showMark(option);
+    }
 }
 
 void frmLS_Options::clickScaleErrorEllipses() {

@@ -20,6 +20,14 @@ double lsValueOf(std::string_view text) {
     return leadingNumber(withPoint(withoutBlanks(text)));
 }
 
+bool lsIsNumber(std::string_view text) {
+    const std::string plain = withPoint(withoutBlanks(text));
+    const char* const first = plain.data() + (plain.starts_with('+') ? 1 : 0);
+    double value = 0;
+    const auto [end, error] = std::from_chars(first, plain.data() + plain.size(), value);
+    return error == std::errc() && end == plain.data() + plain.size();
+}
+
 bool lsIsBeyondDoubles(std::string_view text) {
     const std::string plain = withPoint(withoutBlanks(text));
     const char* const first = plain.data() + (plain.starts_with('+') ? 1 : 0);

@@ -12,6 +12,9 @@ namespace genutil {
 // locale, and so is the locale's own: what was formatted in the locale reads as what it shows.
 double lsValueOf(std::string_view text);
 
+// Whether the text is a number as a whole, as lsValueOf() reads it.
+bool lsIsNumber(std::string_view text);
+
 // Whether the text begins with a number that is too large, or too small, for a double.
 bool lsIsBeyondDoubles(std::string_view text);
 

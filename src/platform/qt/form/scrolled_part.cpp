@@ -21,12 +21,6 @@ public:
     }
 };
 
-// Nothing in it is squeezed to be seen without scrolling.
-class Contents : public QWidget {
-public:
-    QSize minimumSizeHint() const override { return sizeHint(); }
-};
-
 } // namespace
 
 void guardWheel(QWidget* box) {
@@ -38,7 +32,7 @@ ScrolledPart::ScrolledPart(QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
-    setWidget(new Contents);
+    setWidget(new QWidget);
     widget()->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow(now); });

@@ -15,6 +15,7 @@ public:
 
     void setLine(Rgb color, LineStyle style, int pixels);
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

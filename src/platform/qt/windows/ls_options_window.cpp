@@ -274,8 +274,13 @@ LSOptionsWindow::LSOptionsWindow(const std::shared_ptr<frmLS_Options>& form) : F
         default:
             limits->addWidget(makeLimits(build, group), int(group.options.size()));
         }
-    window->addLayout(
-        makeButtonRow(contents(), form->pnlHelp, {&form->cmdOK, &form->cmdCancel, &form->cmdDefaults}));
+    QHBoxLayout* const buttons =
+        makeButtonRow(contents(), form->pnlHelp, {&form->cmdOK, &form->cmdCancel, &form->cmdDefaults});
+    auto* const understood = new QLabel(contents());
+    understood->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // never makes the window wider
+    bind(understood, form->lblUnderstood);
+    buttons->insertWidget(0, understood, 1);
+    window->addLayout(buttons);
 }
 
 } // namespace genutil
