@@ -4,30 +4,16 @@
 #include "text/encoding.h"
 #include "text/line_index.h"
 #include "text/text_position.h"
+#include "text/unencodable_character.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace genutil::text {
-
-// A character that the encoding of a text cannot hold.
-class UnencodableCharacter : public std::runtime_error {
-public:
-    // `column` is the number of characters before it in its line.
-    UnencodableCharacter(
-        TextPosition position, std::size_t column, char32_t character, const std::string& encoding);
-    TextPosition position() const { return position_; }
-    char32_t character() const { return character_; }
-
-private:
-    TextPosition position_;
-    char32_t character_;
-};
 
 // The text of a report: held in memory as UTF-8, with an index of its lines, edited through a piece table, so
 // that an edit costs the same in a text of any size. LF, CR LF and a lone CR end a line, and every line keeps

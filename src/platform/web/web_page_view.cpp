@@ -12,6 +12,8 @@
 #include <QWebEngineView>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <set>
 
@@ -223,11 +225,16 @@ void WebPageView::setZoom(double factor) {
 }
 
 bool WebPageView::eventFilter(QObject* watched, QEvent* event) {
-    if (!watched->isWidgetType() || !isAncestorOf(static_cast<QWidget*>(watched)))
+    // Asked first: not everything that the engine sends events to can be asked what it is.
+    constexpr std::array heard{
+        QEvent::Wheel, QEvent::KeyPress, QEvent::MouseButtonPress, QEvent::MouseButtonRelease};
+    if (std::ranges::find(heard, event->type()) == heard.end() || !watched->isWidgetType() ||
+        !isAncestorOf(static_cast<QWidget*>(watched)))
         return false;
-    followLink(*event);
-    if (event->type() != QEvent::Wheel)
+    if (event->type() != QEvent::Wheel) {
+        followLink(*event);
         return false;
+    }
     const auto& wheel = static_cast<const QWheelEvent&>(*event);
     if (!(wheel.modifiers() & Qt::ControlModifier))
         return false;
