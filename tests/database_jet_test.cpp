@@ -2,6 +2,7 @@
 
 #include "hostif/error.h"
 #include "platform/database/database_engine.h"
+#include "platform/database/jet_row.h"
 #include "support/file_folder.h"
 #include "support/read_database.h"
 
@@ -144,6 +145,50 @@ TEST(JetTables, KeepTheirValuesWhenColumnsAreMovedOrRenamedInADesigner) {
         }
     }
     EXPECT_GT(values, 5'000);
+}
+
+// A record of format 3 with texts of these lengths, as its engine writes one: starts of one byte, and before
+// them a jump for each 256 bytes of the record, of which the last names no field where only what follows the
+// fields passes 256 bytes.
+std::string recordOfTexts(const std::vector<std::size_t>& lengths) {
+    std::string record(1, char(lengths.size()));
+    std::vector<std::size_t> starts;
+    for (const std::size_t length : lengths) {
+        starts.push_back(record.size());
+        record.append(length, char('a' + starts.size()));
+    }
+    starts.push_back(record.size());
+    const std::size_t rest = starts.size() + 1 + (lengths.size() + 7) / 8;
+    std::size_t jumps = 0;
+    while ((record.size() + rest + jumps - 1) / 256 > jumps)
+        ++jumps;
+    for (std::size_t i = starts.size(); i-- > 0;)
+        record += char(starts[i]);
+    for (std::size_t jump = jumps; jump > 0; --jump) {
+        const auto from = std::ranges::lower_bound(starts, jump * 256);
+        record += char(from == starts.end() ? 0 : from - starts.begin());
+    }
+    record += char(lengths.size());
+    return record.append((lengths.size() + 7) / 8, '\xFF');
+}
+
+TEST(JetTables, OfFormat3FindFieldsOfRecordsOfEveryLength) {
+    jet::File file(DatabaseFile((jobs / "Jet3 Plane.mdb").string()));
+    for (std::size_t first = 0; first <= 255; first += 5)
+        for (std::size_t last = 0; last <= 255; ++last) {
+            const std::vector<std::size_t> lengths{first, 0, 200, last, 3};
+            const std::string record = recordOfTexts(lengths);
+            jet::Table table;
+            table.hasVariableColumns = true;
+            for (std::size_t i = 0; i < lengths.size(); ++i) {
+                jet::Column column;
+                column.kind = jet::Kind::Text;
+                column.number = column.variable = i;
+                ASSERT_EQ(
+                    jet::fieldOf(file, table, column, record), Value(std::string(lengths[i], char('b' + i))))
+                    << first << ' ' << last << ' ' << i;
+            }
+        }
 }
 
 TEST(JetTables, GiveFieldsOfEveryTypeOrNameTheType) {

@@ -129,6 +129,23 @@ TEST(EditJournal, WhateverHasBeenDoneIsThereAgainAfterTheProcessWasKilled) {
     }
 }
 
+// Undoing what has brought a CR and an LF together is noted as this, once the text has been saved.
+TEST(EditJournal, ARepeatedEditMayPartALineEndAndMustLieInTheText) {
+    TextDocument document = TextDocument::fromBytes("one\r\ntwo");
+    const auto repeats = [&](const text::EditRecord& record) {
+        return repeat(document, record, text::basicCodePages());
+    };
+    EXPECT_TRUE(repeats({.offset = 4, .inserted = "X"}));
+    EXPECT_EQ(everything(document), "one\rX\ntwo");
+    EXPECT_EQ(document.lineCount(), 3u);
+    EXPECT_TRUE(repeats({.kind = text::EditRecord::Kind::Undo}));
+    EXPECT_EQ(document.lineCount(), 2u);
+    EXPECT_FALSE(repeats({.offset = 9, .inserted = "X"}));
+    EXPECT_FALSE(repeats({.offset = 8, .removed = ~std::uint64_t{0}}));
+    EXPECT_FALSE(repeats({.kind = text::EditRecord::Kind::Encoding, .inserted = "none such"}));
+    EXPECT_EQ(everything(document), "one\r\ntwo");
+}
+
 struct Unsaved : Viewer {
     const std::string path = file("a.log", "one\ntwo\n");
 
