@@ -97,6 +97,7 @@ WebPageView::WebPageView(QWidget* parent) : PageView(parent), engine_(std::make_
 
 WebPageView::~WebPageView() {
     all_.erase(this);
+    qApp->disconnect(this); // the focus moves while the view goes
     end();
 }
 
@@ -225,11 +226,13 @@ void WebPageView::setZoom(double factor) {
 }
 
 bool WebPageView::eventFilter(QObject* watched, QEvent* event) {
-    // Asked first: not everything that the engine sends events to can be asked what it is.
     constexpr std::array heard{
         QEvent::Wheel, QEvent::KeyPress, QEvent::MouseButtonPress, QEvent::MouseButtonRelease};
-    if (std::ranges::find(heard, event->type()) == heard.end() || !watched->isWidgetType() ||
-        !isAncestorOf(static_cast<QWidget*>(watched)))
+    if (std::ranges::find(heard, event->type()) == heard.end())
+        return false;
+    // Some of what the engine sends events to is of no type that could be asked for.
+    const QList<QWidget*> parts = findChildren<QWidget*>();
+    if (std::ranges::find(parts, watched) == parts.end())
         return false;
     if (event->type() != QEvent::Wheel) {
         followLink(*event);

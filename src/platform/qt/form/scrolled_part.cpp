@@ -38,6 +38,11 @@ ScrolledPart::ScrolledPart(QWidget* parent) : QScrollArea(parent) {
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow(now); });
 }
 
+// While what it holds is deleted, the focus goes on to what is left of it.
+ScrolledPart::~ScrolledPart() {
+    qApp->disconnect(this);
+}
+
 QSize ScrolledPart::sizeHint() const {
     return widget()->sizeHint();
 }

@@ -13,6 +13,7 @@ void guardWheel(QWidget* box);
 class ScrolledPart : public QScrollArea {
 public:
     explicit ScrolledPart(QWidget* parent);
+    ~ScrolledPart() override;
 
     // What it holds; empty at first.
     QWidget* contents() const { return widget(); }
