@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 
 #include <sqlite3.h>
+#include <sys/resource.h>
 
 namespace genutil {
 namespace {
@@ -55,6 +57,55 @@ TEST_F(SqliteJobs, GiveTheirTablesAndValues) {
     EXPECT_EQ(details->field("Zone"), Value(5e9));
     details->MoveNext();
     EXPECT_TRUE(details->EOF_());
+}
+
+TEST_F(SqliteJobs, OfTablesWithoutRowNumbersOrWithFieldsOfThatNameAreRead) {
+    run("CREATE TABLE Keyed (Name TEXT PRIMARY KEY, Zone) WITHOUT ROWID");
+    run("INSERT INTO Keyed VALUES ('b', 2), ('a', 1)");
+    run("CREATE TABLE Named (rowid TEXT, _ROWID_ TEXT, Zone)");
+    run("INSERT INTO Named VALUES ('x', 'y', 1), ('x', 'z', '2')");
+    run("CREATE TABLE Computed (Zone, Twice AS (Zone * 2), Kept AS (Zone + 1) STORED)");
+    run("INSERT INTO Computed VALUES (7)");
+    const auto database = open(false);
+    const auto keyed = database->OpenRecordset("Keyed");
+    EXPECT_EQ(keyed->RecordCount(), 2);
+    EXPECT_EQ(keyed->field("Name"), Value("a"));
+    keyed->MoveNext();
+    EXPECT_EQ(keyed->field("Zone"), Value(std::int32_t{2}));
+    EXPECT_EQ(errorOf([&] { keyed->Edit(); }), errors::ReadOnlyDatabase);
+    const auto named = database->OpenRecordset("Named");
+    named->MoveNext();
+    EXPECT_EQ(named->field("_rowid_"), Value("z"));
+    named->Edit();
+    named->setField("Zone", Value(std::int32_t{3}));
+    named->Update();
+    named->MoveFirst();
+    EXPECT_EQ(named->field("Zone"), Value(std::int32_t{1})) << "the other record";
+    const auto computed = database->OpenRecordset("Computed");
+    EXPECT_EQ(computed->field("Twice"), Value(std::int32_t{14}));
+    EXPECT_EQ(computed->field("Kept"), Value(std::int32_t{8}));
+}
+
+// Small files that would take minutes and gigabytes.
+TEST_F(SqliteJobs, ThatComputeWithoutEndOrHoldMoreThanIsAskedForCostLittle) {
+    const auto peak = [] {
+        struct rusage used {};
+        ::getrusage(RUSAGE_SELF, &used);
+        return used.ru_maxrss / 1024; // megabytes
+    };
+    run("CREATE TABLE Heavy (Zone, Picture BLOB, Essay);"
+        "INSERT INTO Heavy VALUES (5, zeroblob(100000000), hex(zeroblob(5000000)));"
+        "ALTER TABLE Heavy ADD Big AS (hex(zeroblob(900000000)));"
+        "ALTER TABLE Heavy ADD Long AS (length(replace(hex(zeroblob(7000000)), '0', 'abcdefgh')))");
+    const auto before = peak();
+    const auto start = std::chrono::steady_clock::now();
+    const auto heavy = open(true)->OpenRecordset("Heavy");
+    EXPECT_EQ(heavy->field("Zone"), Value(std::int32_t{5})) << "what is not asked for is not read";
+    for (const char* field : {"Big", "Long", "Essay"})
+        EXPECT_EQ(errorOf([&] { heavy->field(field); }), errors::UnrecognisedDatabase) << field;
+    EXPECT_EQ(errorOf([&] { heavy->field("Picture"); }), errors::TypeMismatch);
+    EXPECT_LT(peak() - before, 64);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)); // without this, minutes
 }
 
 TEST_F(SqliteJobs, KeepWhatIsEditedAndAdded) {

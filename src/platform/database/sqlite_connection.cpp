@@ -1,10 +1,11 @@
 #include "platform/database/sqlite_connection.h"
 
 #include "hostif/error.h"
-#include "platform/database/same_name.h"
 #include "text/utf8.h"
 
+#include <ctime>
 #include <limits>
+#include <utility>
 
 #include <sqlite3.h>
 
@@ -12,6 +13,22 @@ namespace genutil::sqlite {
 namespace {
 
 constexpr int waitForOthers = 200; // milliseconds
+
+constexpr std::int64_t longestComputing = 1'000'000'000; // nanoseconds
+constexpr int stepsBetweenLooks = 200;                   // of the library's machine, at the clock
+
+// What a job's file is read with. Names are the library's.
+constexpr std::pair<int, int> limits[] = {{SQLITE_LIMIT_LENGTH, 2 * 1024 * 1024},
+    {SQLITE_LIMIT_SQL_LENGTH, 1'000'000}, {SQLITE_LIMIT_EXPR_DEPTH, 100}, {SQLITE_LIMIT_COMPOUND_SELECT, 10},
+    {SQLITE_LIMIT_ATTACHED, 0}, {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 100}, {SQLITE_LIMIT_TRIGGER_DEPTH, 1},
+    {SQLITE_LIMIT_WORKER_THREADS, 0}};
+
+// Time that the thread waits for a disk or a network does not count.
+std::int64_t computedTime() {
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::int64_t(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
 
 int errorNumber(int code) {
     switch (code & 0xFF) { // the rest of the code tells more than an error number can
@@ -23,6 +40,8 @@ int errorNumber(int code) {
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
     case SQLITE_FORMAT:
+    case SQLITE_INTERRUPT:
+    case SQLITE_TOOBIG:
     case SQLITE_ERROR: // our statements are sound: the tables they name are not
         return errors::UnrecognisedDatabase;
     case SQLITE_CONSTRAINT:
@@ -93,6 +112,7 @@ Connection::Connection(const std::string& path, bool exclusive, Access access)
         {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA})
         sqlite3_db_config(opened, isOff, 0, nullptr);
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    setLimits();
     Statement(*this, "PRAGMA cell_size_check = ON").next();
     sqlite3_busy_timeout(opened, waitForOthers);
     if (exclusive) {
@@ -105,12 +125,31 @@ Connection::Connection(const std::string& path, bool exclusive, Access access)
     }
 }
 
+void Connection::setLimits() {
+    for (const auto& [limit, most] : limits)
+        sqlite3_limit(handle_.get(), limit, most);
+    if (!isReadOnly())
+        return;
+    const auto isOver = [](void* connection) {
+        const std::int64_t until = static_cast<const Connection*>(connection)->until_;
+        return int(until != 0 && computedTime() > until);
+    };
+    sqlite3_progress_handler(handle_.get(), stepsBetweenLooks, isOver, this);
+}
+
+void Connection::startClock() const {
+    if (isReadOnly())
+        until_ = computedTime() + longestComputing;
+}
+
 std::int64_t Connection::lastRow() const {
     return sqlite3_last_insert_rowid(handle_.get());
 }
 
 void Connection::fail(int code) const {
     const std::string name = "'" + path_ + "': ";
+    if ((code & 0xFF) == SQLITE_INTERRUPT)
+        throw Error(errorNumber(code), name + "reading it takes more than a second of computing");
     // Only who may write can finish or undo what a program was doing to the file when it ended.
     if (isReadOnly() && (code & 0xFF) == SQLITE_READONLY)
         throw Error(errors::DatabaseLocked,
@@ -170,6 +209,7 @@ void Statement::bind(int parameter, const Value& value) {
 }
 
 bool Statement::next() {
+    connection_.startClock();
     const int code = sqlite3_step(statement_.get());
     if (code != SQLITE_ROW && code != SQLITE_DONE)
         connection_.fail(code);
@@ -193,9 +233,8 @@ std::int64_t Statement::number(int column) const {
     return sqlite3_column_int64(statement_.get(), column);
 }
 
-std::optional<Value> Statement::value(int column) const {
+std::optional<Value> Statement::value(int column, bool isBoolean) const {
     sqlite3_stmt* const row = statement_.get();
-    const char* const declared = sqlite3_column_decltype(row, column);
     switch (sqlite3_column_type(row, column)) {
     case SQLITE_NULL:
         return Null();
@@ -203,7 +242,7 @@ std::optional<Value> Statement::value(int column) const {
         return sqlite3_column_double(row, column);
     case SQLITE_INTEGER: {
         const std::int64_t number = sqlite3_column_int64(row, column);
-        if (declared && isSameName(declared, "BOOLEAN"))
+        if (isBoolean)
             return number != 0;
         if (number < std::numeric_limits<std::int32_t>::min() ||
             number > std::numeric_limits<std::int32_t>::max())

@@ -20,7 +20,9 @@ enum class Access {
                // it
 };
 
-// An open database. What the file itself brings along, triggers and views, is not run.
+// An open database. What the file itself brings along, triggers and views, is not run. No text of more than
+// 2 MB is read, and a reader's statement that computes for longer than a second is given up: a file may hold
+// columns that are computed.
 class Connection {
 public:
     // Throws as statements do.
@@ -33,13 +35,18 @@ public:
     // Throws the Error for the library's result code, naming the file: DatabaseLocked, ReadOnlyDatabase,
     // UnrecognisedDatabase for a damaged file, DiskFull, InvalidCall for what a table does not allow.
     [[noreturn]] void fail(int code) const;
+    // A statement begins, or goes on.
+    void startClock() const;
 
 private:
     struct Close {
         void operator()(sqlite3* handle) const;
     };
+    void setLimits();
+
     std::string path_;
     Access access_;
+    mutable std::int64_t until_ = 0; // nanoseconds of the thread's computing; 0: without end
     std::unique_ptr<sqlite3, Close> handle_;
 };
 
@@ -73,9 +80,9 @@ public:
 
     int columnCount() const;
     std::string columnName(int column) const;
-    // A whole number is a long integer or, beyond its range, a double; Boolean where the column is declared
-    // so. Nothing for a binary.
-    std::optional<Value> value(int column) const;
+    // A whole number is a long integer or, beyond its range, a double; Boolean where that is said. Nothing
+    // for a binary.
+    std::optional<Value> value(int column, bool isBoolean = false) const;
     std::int64_t number(int column) const;
 
 private:

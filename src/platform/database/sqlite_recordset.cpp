@@ -8,7 +8,8 @@
 namespace genutil::sqlite {
 namespace {
 
-// By the rules of the database for the declared types of columns.
+// By the rules of the database for the declared types of columns: those of texts and those without a type
+// keep what they are given.
 bool isNumberType(std::string type) {
     std::ranges::transform(
         type, type.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
@@ -19,21 +20,71 @@ bool isNumberType(std::string type) {
 // Beyond so many records what was read of them is forgotten, and a change by others not noticed.
 constexpr std::size_t mostRemembered = 1'000;
 
+constexpr std::size_t mostRecords = 4'000'000; // whose numbers take 32 MB
+
 } // namespace
 
 RecordsetOfTable::RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table)
-    : connection_(std::move(connection)), table_(quoted(table)),
-      rowOfNumber_(*connection_, "SELECT * FROM " + table_ + " WHERE rowid = ?") {
-    for (int i = 0; i < rowOfNumber_.columnCount(); ++i)
-        fields_.push_back(rowOfNumber_.columnName(i));
+    : connection_(std::move(connection)), table_(quoted(table)) {
+    readFields();
+    prepareRecord();
     rows_ = rowsOfTable();
+}
+
+void RecordsetOfTable::prepareRecord() {
+    std::string selection;
+    for (std::size_t i = 0; i < fields_.size(); ++i)
+        selection += (i ? ", " : "") + (fields_[i].isAlone ? "NULL" : selectionOf(i));
+    rowOfNumber_.emplace(*connection_, "SELECT " + selection + " FROM " + table_ + whereRow());
+}
+
+void RecordsetOfTable::readFields() {
+    constexpr int nameColumn = 1, typeColumn = 2, hiddenColumn = 6;
+    constexpr int isComputed = 2;
+    Statement columns(*connection_, "PRAGMA table_xinfo(" + table_ + ")");
+    while (columns.next()) {
+        const std::string type = columns.value(typeColumn)->toText();
+        fields_.push_back({.name = columns.value(nameColumn)->toText(),
+            .isNumeric = isNumberType(type),
+            .isBoolean = isSameName(type, "BOOLEAN"),
+            .isAlone = columns.number(hiddenColumn) == isComputed});
+    }
+    if (fields_.empty())
+        throw Error(errors::UnrecognisedDatabase,
+            "The table " + table_ + " in '" + connection_->path() + "' has no fields that can be read");
+    for (const char* name : {"rowid", "_rowid_", "oid"})
+        if (rowNumber_.empty() &&
+            std::ranges::none_of(fields_, [&](const Field& field) { return isSameName(field.name, name); }))
+            rowNumber_ = name;
+    try {
+        Statement(*connection_, "SELECT " + rowNumber_ + " FROM " + table_);
+    } catch (const Error&) {
+        rowNumber_.clear(); // made without
+    }
+}
+
+// A binary is not read: an empty one stands for it.
+std::string RecordsetOfTable::selectionOf(std::size_t field) const {
+    const std::string name = quoted(fields_[field].name);
+    return "CASE typeof(" + name + ") WHEN 'blob' THEN zeroblob(0) ELSE " + name + " END";
+}
+
+std::string RecordsetOfTable::whereRow() const {
+    return rowNumber_.empty() ? " LIMIT 1 OFFSET ?" : " WHERE " + rowNumber_ + " = ?";
 }
 
 std::vector<std::int64_t> RecordsetOfTable::rowsOfTable() {
     std::vector<std::int64_t> numbers;
-    Statement rows(*connection_, "SELECT rowid FROM " + table_ + " ORDER BY rowid");
-    while (rows.next())
-        numbers.push_back(rows.number(0));
+    Statement rows(*connection_,
+        rowNumber_.empty() ? "SELECT NULL FROM " + table_
+                           : "SELECT " + rowNumber_ + " FROM " + table_ + " ORDER BY " + rowNumber_);
+    while (rows.next()) {
+        if (numbers.size() == mostRecords)
+            throw Error(errors::UnrecognisedDatabase, "The table " + table_ + " in '" + connection_->path() +
+                                                          "' has more than " + std::to_string(mostRecords) +
+                                                          " records");
+        numbers.push_back(rowNumber_.empty() ? std::int64_t(numbers.size()) : rows.number(0));
+    }
     return numbers;
 }
 
@@ -61,6 +112,9 @@ void RecordsetOfTable::MoveNext() {
 void RecordsetOfTable::begin(Change change) {
     if (connection_->isReadOnly())
         throw Error(errors::ReadOnlyDatabase, "'" + connection_->path() + "' was opened read only");
+    if (rowNumber_.empty())
+        throw Error(errors::ReadOnlyDatabase,
+            "The table " + table_ + " in '" + connection_->path() + "' has no row numbers, and is read only");
     change_ = change;
     changed_.clear();
 }
@@ -83,7 +137,7 @@ void RecordsetOfTable::needChange() const {
 
 std::size_t RecordsetOfTable::fieldIndex(std::string_view name) const {
     for (std::size_t i = 0; i < fields_.size(); ++i)
-        if (isSameName(fields_[i], name))
+        if (isSameName(fields_[i].name, name))
             return i;
     throw Error(errors::ItemNotFound,
         "'" + connection_->path() + "' has no field '" + std::string(name) + "' in the table " + table_);
@@ -98,7 +152,7 @@ Value RecordsetOfTable::field(std::string_view name) {
         if (change_ == Change::Add)
             return Null();
     }
-    if (const auto& value = currentRecord()[index]) {
+    if (const std::optional<Value> value = valueOf(index)) {
         // A writer goes by what was given before the writing began.
         if (!connection_->isReadOnly() && change_ == Change::None) {
             if (given_.size() >= mostRemembered)
@@ -107,7 +161,7 @@ Value RecordsetOfTable::field(std::string_view name) {
         }
         return *value;
     }
-    throw Error(errors::TypeMismatch, "The field '" + fields_[index] + "' of '" + connection_->path() +
+    throw Error(errors::TypeMismatch, "The field '" + fields_[index].name + "' of '" + connection_->path() +
                                           "' holds neither a number nor a text");
 }
 
@@ -115,21 +169,31 @@ Value RecordsetOfTable::field(std::string_view name) {
 const std::vector<std::optional<Value>>& RecordsetOfTable::currentRecord() {
     needRecord(!EOF_());
     if (record_.empty()) {
-        rowOfNumber_.reset();
-        rowOfNumber_.bind(0, rows_[current_]);
-        if (!rowOfNumber_.next()) {
+        rowOfNumber_->reset();
+        rowOfNumber_->bind(0, rows_[current_]);
+        bool isThere = false;
+        try {
+            isThere = rowOfNumber_->next();
+        } catch (const Error& error) {
+            if (error.number() != errors::UnrecognisedDatabase ||
+                std::ranges::all_of(fields_, &Field::isAlone))
+                throw;
+            // A field that cannot be read does not take the others along.
+            for (Field& field : fields_)
+                field.isAlone = true;
+            prepareRecord();
+            return currentRecord();
+        }
+        if (!isThere) {
             const std::string name = recordName();
             rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(current_));
             goTo(rows_.size());
             throw Error(errors::RecordDeleted, name + " has been deleted by another program");
         }
         std::vector<std::optional<Value>> record;
-        for (int i = 0; i < rowOfNumber_.columnCount(); ++i)
-            record.push_back(rowOfNumber_.value(i));
-        rowOfNumber_.reset(); // lets others write
-        if (record.size() != fields_.size())
-            throw Error(errors::UnrecognisedDatabase,
-                "The fields of the table " + table_ + " in '" + connection_->path() + "' have been changed");
+        for (std::size_t i = 0; i < fields_.size(); ++i)
+            record.push_back(rowOfNumber_->value(int(i), fields_[i].isBoolean));
+        rowOfNumber_->reset(); // lets others write
         record_ = std::move(record);
     }
     return record_;
@@ -147,12 +211,12 @@ std::string RecordsetOfTable::changeSql() const {
     std::string marks;
     for (const auto& [index, value] : changed_) {
         const char* const separator = names.empty() ? "" : ", ";
-        names += separator + quoted(fields_[index]) + (change_ == Change::Edit ? " = ?" : "");
+        names += separator + quoted(fields_[index].name) + (change_ == Change::Edit ? " = ?" : "");
         marks += std::string(separator) + "?";
     }
     if (change_ == Change::Add)
         return "INSERT INTO " + table_ + " (" + names + ") VALUES (" + marks + ")";
-    return "UPDATE " + table_ + " SET " + names + " WHERE rowid = ?";
+    return "UPDATE " + table_ + " SET " + names + whereRow();
 }
 
 // What the database itself would not make a number of.
@@ -161,7 +225,7 @@ Value RecordsetOfTable::stored(std::size_t field, const Value& value) {
     if (!value.isText() || point == ".")
         return value;
     const std::string text = value.toText();
-    if (text.find(point) == text.npos || !isNumeric(field))
+    if (text.find(point) == text.npos || !fields_[field].isNumeric)
         return value;
     try {
         return value.toDouble();
@@ -170,35 +234,28 @@ Value RecordsetOfTable::stored(std::size_t field, const Value& value) {
     }
 }
 
-// Columns of texts and those without a type, which keep what they are given, are not numeric.
-bool RecordsetOfTable::isNumeric(std::size_t field) {
-    if (numeric_.empty()) {
-        numeric_.resize(fields_.size());
-        Statement columns(*connection_, "PRAGMA table_xinfo(" + table_ + ")");
-        while (columns.next()) {
-            const std::string name = columns.value(1)->toText();
-            const std::string type = columns.value(2)->toText();
-            for (std::size_t i = 0; i < fields_.size(); ++i)
-                if (isSameName(fields_[i], name))
-                    numeric_[i] = isNumberType(type);
-        }
-    }
-    return numeric_[field];
+std::optional<Value> RecordsetOfTable::valueOf(std::size_t field) {
+    currentRecord();
+    if (!fields_[field].isAlone)
+        return record_[field];
+    Statement one(*connection_, "SELECT " + selectionOf(field) + " FROM " + table_ + whereRow());
+    one.bind(0, rows_[current_]);
+    return one.next() ? one.value(0, fields_[field].isBoolean) : Null();
 }
 
 // Called within a transaction, so that nothing changes between the look and the writing.
 void RecordsetOfTable::refuseUnseenChanges() {
     const std::int64_t row = rows_[current_];
     record_.clear();
-    currentRecord();
+    currentRecord(); // that it is still there
     for (auto& [index, given] : given_[row]) {
-        const auto& now = record_[index];
+        const auto now = valueOf(index);
         if (!now || *now == given || !changed_.contains(index) || changed_.at(index) == *now)
             continue;
         const auto shown = [](const Value& value) {
             return value.isNull() ? "empty" : "'" + value.toText() + "'";
         };
-        const std::string text = "The field " + fields_[index] + " of " + recordName() + " was " +
+        const std::string text = "The field " + fields_[index].name + " of " + recordName() + " was " +
                                  shown(given) + " when it was read, and another program has made it " +
                                  shown(*now) + "; saving again writes over that";
         given_.erase(row);

@@ -45,19 +45,31 @@ private:
     void goTo(std::size_t record);
     const std::vector<std::optional<Value>>& currentRecord();
     std::size_t fieldIndex(std::string_view name) const;
+    void readFields();
+    std::string whereRow() const;
+    std::string selectionOf(std::size_t field) const;
+    // Of the current record.
+    std::optional<Value> valueOf(std::size_t field);
+    void prepareRecord();
     std::string changeSql() const;
     std::vector<std::int64_t> rowsOfTable();
     std::string recordName() const;
     void refuseUnseenChanges();
     void refuseUnseenRecords();
     Value stored(std::size_t field, const Value& value);
-    bool isNumeric(std::size_t field);
 
+    struct Field {
+        std::string name;
+        bool isNumeric = false;
+        bool isBoolean = false;
+        bool isAlone = false; // not read before it is asked for
+    };
     std::shared_ptr<Connection> connection_;
     std::string table_; // quoted
-    Statement rowOfNumber_;
-    std::vector<std::string> fields_;
-    std::vector<bool> numeric_;      // by field; no values: not known yet
+    std::vector<Field> fields_;
+    std::string
+        rowNumber_; // the name of it that no field has; "" for a table without, whose records are counted
+    std::optional<Statement> rowOfNumber_;
     std::vector<std::int64_t> rows_; // their numbers in the table
     std::size_t current_ = 0;
     std::vector<std::optional<Value>> record_;                   // the current one; no values: not read yet
