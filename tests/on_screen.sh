@@ -23,7 +23,9 @@ done
 DISPLAY=:$(cat "$folder/number")
 export DISPLAY QT_QPA_PLATFORM=xcb
 
-openbox 2>>"$folder/log" &
+# Without the menu of the desktop, from which a click at random could end the window manager.
+sed '/<context name="\(Root\|Desktop\)">/,/<\/context>/d' /etc/xdg/openbox/rc.xml >"$folder/rc.xml"
+openbox --config-file "$folder/rc.xml" 2>>"$folder/log" &
 manager=$!
 for _ in $(seq 100); do
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
