@@ -61,7 +61,7 @@ TEST_F(JobsCommand, WritesTheJobsInEachFormatAndNamesWhatItCannotRead) {
         {"--format csv --sort -job", "\n\"b, \"\"2\"\".gdb\","}, {"--format table --all-columns", "LS Sets"}};
     for (const auto& [options, text] : cases) {
         const Outcome result = run(QString("\"$kestal\" jobs %1 -- \"$1\"").arg(options));
-        EXPECT_EQ(result.exitCode, 0) << options;
+        EXPECT_EQ(result.exitCode, 3) << options;
         EXPECT_THAT(result.output, HasSubstr(text));
         EXPECT_EQ(result.errors,
             "kestal: bad\uFFFD[2J.gdb: The file is not a job database: it does not begin as one\n");
@@ -81,6 +81,9 @@ TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
     };
     const Case cases[] = {
         {"\"$kestal\" jobs .", 0, ""},
+        {"sqlite3 \"$1/A.mdb\" 'ALTER TABLE JobDetails DROP Surveyor; ALTER TABLE JobDetails ADD Surveyor AS "
+         "(hex(zeroblob(9000000))); INSERT INTO JobDetails (Zone) VALUES (5)'; \"$kestal\" jobs \"$1\" >list",
+            3, "A.mdb: The file: string or blob too big"},
         {"\"$kestal\" jobs nowhere", 1, "'nowhere' does not exist"},
         {"\"$kestal\" jobs \"$1/A.mdb\"", 1, "A.mdb' is not a folder"},
         {"\"$kestal\" jobs . --format xml", 2, "table, tsv, csv or json"},

@@ -13,6 +13,8 @@ namespace exit_codes {
 inline constexpr int Success = 0;
 inline constexpr int Failure = 1; ///< a reason stands on the standard error stream
 inline constexpr int Usage = 2;   ///< the command line is wrong; nothing was done
+inline constexpr int Partial =
+    3; ///< done, but for job files that could not be read; they are named there, too
 } // namespace exit_codes
 
 struct Command;

@@ -119,7 +119,8 @@ void Host::readSettings() {
     read({section, viewState, "0"}, [this](const Variant& value) { prog->set(viewState, value); });
     read(instantHelp(false), [this](const Variant& value) { instantHelpOn = truthOf(value); });
     for (const auto& known : {lsOptionSettings(*lsOptions.get()), generalPreferenceSettings(*genPrefs.get()),
-             marks.knownSettings(stored), programSettings(prog.get()), std::vector{instantHelp(instantHelpOn)}})
+             marks.knownSettings(stored), programSettings(prog.get()),
+             std::vector{instantHelp(instantHelpOn)}})
         knownSettings.note(known);
 }
 

@@ -73,7 +73,9 @@ int runJobs(const CommandLine& line, const HostPtr& host, ComponentAccess& compo
     }
     const QString path = QFileInfo(folder).absoluteFilePath();
     jobs.readFolder((path.endsWith('/') ? path : path + '/').toStdString());
-    return writeOutput(jobs.write(line)) ? exit_codes::Success : exit_codes::Failure;
+    if (!writeOutput(jobs.write(line)))
+        return exit_codes::Failure;
+    return host->readingProblems.empty() ? exit_codes::Success : exit_codes::Partial;
 }
 
 int runJobList(const CommandLine& line, const HostPtr& host, ComponentAccess& component) {

@@ -1,6 +1,7 @@
 #include "host/reading_problem.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace kestal {
 namespace {
@@ -19,8 +20,9 @@ std::optional<QString> between(const QString& text, const char* before, const ch
 qsizetype pathEnd(const QString& description) {
     if (!description.startsWith('\''))
         return -1;
-    const qsizetype first = description.indexOf("' ", 1);
-    for (qsizetype end = first; end > 0; end = description.indexOf("' ", end + 1))
+    static const QRegularExpression after("'[ :]");
+    const qsizetype first = description.indexOf(after, 1);
+    for (qsizetype end = first; end > 0; end = description.indexOf(after, end + 1))
         if (QFileInfo(description.mid(1, end - 1)).isFile())
             return end;
     return first;

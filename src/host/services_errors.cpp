@@ -22,9 +22,12 @@ public:
         method("ReportEventError", [this](const std::string& description, const std::string& procedure) {
             QString place = QString::fromStdString("In " + procedure);
             const std::vector<std::string> reports = std::exchange(host_->procedureReports, {});
-            if (const std::string* const origin = originOf(description, reports))
+            const std::string* const origin = originOf(description, reports);
+            if (origin)
                 place.prepend(QString::fromStdString(*origin + "\n"));
-            if (const auto problem = readingProblem(description, procedure))
+            // On its way to the reading of jobs an error may have kept no more than its number's own words.
+            const bool isOriginal = !origin || description.starts_with('\'');
+            if (const auto problem = readingProblem(isOriginal ? description : *origin, procedure))
                 host_->collect(*problem, place);
             else
                 host_->report(QString::fromStdString(description), place);
