@@ -93,6 +93,8 @@ TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
         {"\"$kestal\" jobs . >&-", 1, "output cannot be written"},
         {"\"$kestal\" jobs . > >(exec <&-); exit $?", 1, "output cannot be written: Broken pipe"},
         {"\"$kestal\" new-job new.gdb && \"$kestal\" jobs . | grep -q ^new.gdb", 0, ""},
+        {"\"$kestal\" new-job ' x.gdb' && \"$kestal\" jobs . --format json | grep -q '\"Job\": \" x.gdb\"'",
+            0, ""},
         {"\"$kestal\" new-job \"$1/A.mdb\"", 1, "A.mdb' exists already"},
         {"\"$kestal\" job-list", 1, "no screen"},
         {"\"$kestal\" ls-options", 1, "no screen"},

@@ -70,6 +70,8 @@ std::string limitedText(const std::string& text, std::int32_t limit) {
 
 std::string fullText(const JobRow& job, std::int32_t column) {
     const std::string& text = stored(job, column);
+    if (column == jobcolumn::Job)
+        return text; // blanks may be a part of a file's name
     if (column == jobcolumn::CoordSystem)
         return coordSystemText(text);
     if (column == jobcolumn::CreateDate)
