@@ -203,6 +203,10 @@ TEST_F(JobList, CopiesTheSelectionAsText) {
         form.mnuCopyTitles.userChoose();
         EXPECT_EQ(copied(), "Job\tSurveyor\r\nWeir.mdb\tann\r\n_x.gdb\t");
         EXPECT_EQ(grid.selection(), (GridRange{2, 0, 3, 2}));
+        click(grid, 1, 6);
+        click(grid, 3, 6, true);
+        form.ClipboardCopyCut();
+        EXPECT_EQ(copied(), "\r\n\r\n") << "empty cells are cells";
         form.userKey({.code = key::A, .ctrl = true});
         form.mnuRecordCopy.userChoose();
         EXPECT_TRUE(copied().starts_with("Reference\tJob\tSurveyor\tDescription"));

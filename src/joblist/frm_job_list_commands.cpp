@@ -166,15 +166,17 @@ std::string frmJobList::selectedText(bool withTitles) const {
     const auto [first, last] = std::minmax(selected.row, selected.endRow);
     std::string text;
     const auto append = [&](std::int32_t row) {
-        if (!text.empty())
-            text += "\r\n";
         for (const std::int32_t column : columns)
             text.append(column == columns.front() ? "" : "\t").append(flxJobList.text(row, column));
     };
-    if (withTitles && first > 0)
+    if (withTitles && first > 0) {
         append(0);
-    for (std::int32_t row = first; row <= last; ++row)
+        text += "\r\n";
+    }
+    for (std::int32_t row = first; row <= last; ++row) {
         append(row);
+        text += row == last ? "" : "\r\n";
+    }
     return text;
 }
 
