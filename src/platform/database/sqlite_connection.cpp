@@ -229,6 +229,11 @@ std::string Statement::columnName(int column) const {
     return name ? validText(name) : std::string();
 }
 
+std::string Statement::declaredType(int column) const {
+    const char* type = sqlite3_column_decltype(statement_.get(), column);
+    return type ? validText(type) : std::string();
+}
+
 std::int64_t Statement::number(int column) const {
     return sqlite3_column_int64(statement_.get(), column);
 }

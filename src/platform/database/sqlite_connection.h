@@ -80,6 +80,8 @@ public:
 
     int columnCount() const;
     std::string columnName(int column) const;
+    // "" for none.
+    std::string declaredType(int column) const;
     // A whole number is a long integer or, beyond its range, a double; Boolean where that is said. Nothing
     // for a binary.
     std::optional<Value> value(int column, bool isBoolean = false) const;

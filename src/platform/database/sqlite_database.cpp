@@ -6,6 +6,7 @@
 #include "platform/database/sqlite_recordset.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <limits>
 #include <system_error>
@@ -26,17 +27,27 @@ sqlite::Access accessTo(const DatabaseFile& file, bool readOnly) {
     return isAtRest ? sqlite::Access::ReadAtRest : sqlite::Access::Read;
 }
 
+// Also of what a writer's log may hold.
+bool isSmall(const std::string& path) {
+    constexpr std::uintmax_t largestSmall = 2 * 1024 * 1024;
+    std::error_code unknown;
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+    return !unknown && size <= largestSmall && !std::filesystem::exists(path + "-wal", unknown);
+}
+
 class SqliteDatabase : public Database {
 public:
     SqliteDatabase(const DatabaseFile& file, bool exclusive, bool readOnly)
         : connection_(
               std::make_shared<sqlite::Connection>(file.path(), exclusive, accessTo(file, readOnly))) {
-        sqlite::Statement list(*connection_,
-            "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
-            "ESCAPE '\\' AND name <> '' ORDER BY rowid");
+        // Computed fields are declared by "AS (...)", whatever stands between the two.
+        sqlite::Statement list(*connection_, "SELECT name, sql LIKE '%as%(%' FROM sqlite_master WHERE type = "
+                                             "'table' AND name NOT LIKE 'sqlite\\_%' "
+                                             "ESCAPE '\\' AND name <> '' ORDER BY rowid");
         while (list.next() && tables_.size() < std::numeric_limits<std::int16_t>::max())
             if (const auto name = list.value(0))
-                tables_.push_back(name->toText());
+                tables_.push_back({name->toText(), list.number(1) != 0});
+        isSmall_ = isSmall(file.path());
     }
 
     std::int16_t tableCount() override { return static_cast<std::int16_t>(tables_.size()); }
@@ -45,7 +56,7 @@ public:
             throw Error(errors::ItemNotFound, "'" + connection_->path() + "' has no table number " +
                                                   std::to_string(index) + ": it has " +
                                                   std::to_string(tables_.size()));
-        return tables_[static_cast<std::size_t>(index)];
+        return tables_[static_cast<std::size_t>(index)].name;
     }
     std::int32_t tableRecordCount(std::int16_t index) override {
         sqlite::Statement count(*connection_, "SELECT COUNT(*) FROM " + sqlite::quoted(tableName(index)));
@@ -54,15 +65,21 @@ public:
             std::min<std::int64_t>(count.number(0), std::numeric_limits<std::int32_t>::max()));
     }
     std::shared_ptr<Recordset> OpenRecordset(const std::string& table) override {
-        for (const std::string& each : tables_)
-            if (isSameName(each, table))
-                return std::make_shared<sqlite::RecordsetOfTable>(connection_, each);
+        for (const Table& each : tables_)
+            if (isSameName(each.name, table))
+                return std::make_shared<sqlite::RecordsetOfTable>(
+                    connection_, each.name, isSmall_ && !each.mayCompute);
         throw Error(errors::TableNotFound, "'" + connection_->path() + "' has no table '" + table + "'");
     }
 
 private:
+    struct Table {
+        std::string name;
+        bool mayCompute = false;
+    };
     std::shared_ptr<sqlite::Connection> connection_;
-    std::vector<std::string> tables_;
+    std::vector<Table> tables_;
+    bool isSmall_ = false; // no field can hold much
 };
 
 } // namespace

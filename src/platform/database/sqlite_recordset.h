@@ -23,7 +23,8 @@ namespace genutil::sqlite {
 // InvalidCall.
 class RecordsetOfTable : public Recordset {
 public:
-    RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table);
+    // `isPlain`: no field of the table is computed by the file's own rules, and none can be large.
+    RecordsetOfTable(std::shared_ptr<Connection> connection, const std::string& table, bool isPlain);
 
     std::int32_t RecordCount() override { return static_cast<std::int32_t>(rows_.size()); }
     bool BOF() override { return rows_.empty(); }
@@ -45,6 +46,7 @@ private:
     void goTo(std::size_t record);
     const std::vector<std::optional<Value>>& currentRecord();
     std::size_t fieldIndex(std::string_view name) const;
+    bool preparePlainly();
     void readFields();
     std::string whereRow() const;
     std::string selectionOf(std::size_t field) const;
