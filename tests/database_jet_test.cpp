@@ -1,8 +1,9 @@
 // Jet files of other makers: what table designers change, every type of field, and an independent reader.
 
+#include "hostif/date.h"
 #include "hostif/error.h"
-#include "platform/database/database_engine.h"
 #include "platform/database/jet_row.h"
+#include "platform/database/memory/database_memory.h"
 #include "support/file_folder.h"
 #include "support/read_database.h"
 
@@ -237,6 +238,27 @@ TEST(JetTables, GiveFieldsOfEveryTypeOrNameTheType) {
             EXPECT_NE(error.description().find("'MinimumX'"), std::string::npos) << error.description();
             EXPECT_NE(error.description().find(name), std::string::npos) << error.description();
         }
+}
+
+TEST(JetTables, GiveDatesInTheOrderOfTheLocaleAlsoWhereTheyAreKept) {
+    const fake::FileFolder folder;
+    const auto date = [&] {
+        return makeDatabaseMemory(
+            [&] { return folder / "kept"; }, openToReadDatabase, [] { return now() + 3'600'000'000'000; })
+            ->OpenDatabase(folder / "job.mdb", false, true)
+            ->OpenRecordset("JobDetails")
+            ->field("MinimumX");
+    };
+    folder.make("job.mdb", Designer(jobs / "Smith Farm.mdb")
+                               .retype("MinimumX", 8, bytesOf(1000.125), bytesOf(43'536.0))
+                               .bytes());
+    EXPECT_EQ(date(), "12/03/2019");
+    DateLocale american;
+    american.order = DateLocale::Order::MonthDayYear;
+    setDateLocale(american);
+    EXPECT_EQ(date(), "03/12/2019");
+    setDateLocale({});
+    EXPECT_EQ(date(), "12/03/2019");
 }
 
 // The records of a table as the mdb tools export them; the first holds the names of the fields. A cell is

@@ -18,6 +18,7 @@ private:
     std::unique_ptr<Desktop> desktop_;
     std::unique_ptr<FileSystem> files_;
     std::unique_ptr<DatabaseEngine> databases_;
+    std::unique_ptr<DatabaseMemory> databaseMemory_;
     AutomationObjectFactory objects_;
     Component component_;
 };

@@ -15,8 +15,10 @@ Service& onFirstUse(std::unique_ptr<Service>& service, ObjectFactory& objects,
 
 } // namespace
 
-Component::Component(Desktop& desktop, FileSystem& files, ObjectFactory& objects, DatabaseEngine* databases)
-    : desktop_(desktop), files_(files), objects_(objects), databases_(databases) {}
+Component::Component(Desktop& desktop, FileSystem& files, ObjectFactory& objects, DatabaseEngine* databases,
+    DatabaseMemory* databaseMemory)
+    : desktop_(desktop), files_(files), objects_(objects), databases_(databases),
+      databaseMemory_(databaseMemory) {}
 
 DatabaseEngine& Component::databases() const {
     if (!databases_)

@@ -13,9 +13,10 @@ namespace genutil {
 // passed in wherever it is needed; only the class factory owns one for the whole process.
 class Component {
 public:
-    // `databases` may be null where no dialog opens a job.
-    Component(
-        Desktop& desktop, FileSystem& files, ObjectFactory& objects, DatabaseEngine* databases = nullptr);
+    // `databases` may be null where no dialog opens a job, `databaseMemory` where nothing is to be kept of
+    // them.
+    Component(Desktop& desktop, FileSystem& files, ObjectFactory& objects,
+        DatabaseEngine* databases = nullptr, DatabaseMemory* databaseMemory = nullptr);
     Component(const Component&) = delete;
     Component& operator=(const Component&) = delete;
 
@@ -24,6 +25,8 @@ public:
     ObjectFactory& objects() const { return objects_; }
     // Throws ObjectNotSet where there is none.
     DatabaseEngine& databases() const;
+    // Null where there is none.
+    DatabaseMemory* databaseMemory() const { return databaseMemory_; }
 
     // The host's service objects, each created on first use and kept for the life of the component. They
     // throw CannotCreateObject, naming the class, when the host installation lacks it.
@@ -40,6 +43,7 @@ private:
     FileSystem& files_;
     ObjectFactory& objects_;
     DatabaseEngine* databases_;
+    DatabaseMemory* databaseMemory_;
     std::unique_ptr<ErrorHandler> errHandler_;
     std::unique_ptr<GeneralProcedures> genProcs_;
     std::unique_ptr<StringUtilities> strUtil_;

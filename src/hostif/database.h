@@ -43,4 +43,15 @@ public:
         const std::string& path, bool exclusive, bool readOnly) = 0;
 };
 
+// An engine that keeps what is read of databases that are opened read only, shared, and answers from that for
+// as long as their files are the same. It is no slower and no less right where nothing can be kept.
+class DatabaseMemory : public DatabaseEngine {
+public:
+    // Many databases were opened, and no more will be for some time: what was read of them outlives the
+    // process.
+    virtual void keep() = 0;
+    // Gives up all that was kept, by other processes too.
+    virtual void forget() = 0;
+};
+
 } // namespace genutil

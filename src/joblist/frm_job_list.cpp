@@ -138,6 +138,7 @@ void frmJobList::stretchLastColumn() {
 void frmJobList::CompileListOfJobs() {
     discovery_.thisJob = thisJob;
     discovery_.programFolder = programFolder;
+    discovery_.settingsFile = settingsFile;
     discovery_.setCaption = [this](const std::string& text) { caption = text; };
     discovery_.goOn = [this](std::size_t done, std::size_t total) { return readingGoesOn(done, total); };
     readingSince_ = std::chrono::steady_clock::now();

@@ -6,11 +6,13 @@
 #include "joblist/job_files.h"
 #include "joblist/job_names.h"
 #include "text/blanks.h"
+#include "text/letters.h"
 
 namespace genutil {
 namespace {
 
 constexpr const char* procedureName = "CompileListOfJobs";
+constexpr const char* keepKey = "KeepJobSummaries"; // "False": every job is read from its file each time
 
 // Where a file's error comes from, as its report says it.
 std::string sourceOf(const Error& error, const std::string& file) {
@@ -48,6 +50,7 @@ void JobDiscovery::readFiles() {
         setCaption("List Jobs - " + jobPath);
     currentFile_ = upperCase(job.get(job::JobName) + job.get(job::JobExtension));
     const std::vector<std::string> files = listJobFiles(jobPath);
+    engine_ = &engine();
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (goOn && !goOn(i, files.size())) {
             left_ = files.size() - i;
@@ -56,8 +59,24 @@ void JobDiscovery::readFiles() {
         if (!isReservedFile(files[i], jobPath, programFolder))
             addFile(jobPath, files[i]);
     }
+    if (engine_ == component_.databaseMemory())
+        component_.databaseMemory()->keep();
     if (table_.jobCount > 0)
         table_.SortJobList();
+}
+
+DatabaseEngine& JobDiscovery::engine() {
+    DatabaseMemory* const memory = component_.databaseMemory();
+    if (!memory)
+        return component_.databases();
+    const std::string keep = settingsFile.empty()
+                                 ? "True"
+                                 : component_.genProcs().ReadSetting(settingsFile,
+                                       component_.regInfo().SettingsSection(), keepKey, "True", true, false);
+    if (text::folded(text::trimBlanks(keep)) != "false")
+        return *memory;
+    memory->forget();
+    return component_.databases();
 }
 
 void JobDiscovery::addFile(const std::string& jobPath, const std::string& file) {
@@ -81,8 +100,7 @@ void JobDiscovery::readFile(
     const std::string& jobPath, const std::string& name, const std::string& extension, bool& counted) {
     std::shared_ptr<Database> database;
     std::shared_ptr<Recordset> recordset;
-    skippingMissingItems(
-        [&] { database = component_.databases().OpenDatabase(jobPath + name + extension, false, true); });
+    skippingMissingItems([&] { database = engine_->OpenDatabase(jobPath + name + extension, false, true); });
     skippingMissingItems([&] {
         recordset =
             required(database, "the job database").OpenRecordset(component_.sysInfo().JobDetailsTable());

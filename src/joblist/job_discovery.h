@@ -16,6 +16,7 @@ public:
     // and JobExtension, where it has them, are the current job's, which is row 1 already.
     RecordPtr thisJob;
     std::string programFolder;
+    std::string settingsFile; // says whether what is read is kept for the next time; "": it is
     std::function<void(const std::string& caption)> setCaption;
     // Asked before each file, with how many have been dealt with; False ends the reading there.
     std::function<bool(std::size_t done, std::size_t total)> goOn;
@@ -36,10 +37,13 @@ private:
     void readFile(
         const std::string& jobPath, const std::string& name, const std::string& extension, bool& counted);
     void readFiles();
+    // What to open databases with: the memory, where there is one and the host's settings do not refuse it.
+    DatabaseEngine& engine();
 
     Component& component_;
     JobTable& table_;
-    std::string currentFile_; // in upper case
+    DatabaseEngine* engine_ = nullptr; // of the reading that goes on
+    std::string currentFile_;          // in upper case
     std::size_t failed_ = 0;
     std::size_t left_ = 0;
 };

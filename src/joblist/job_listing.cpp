@@ -41,8 +41,10 @@ std::int32_t JobListing::ReadFolder(const std::string& folder, const RecordPtr& 
             JobDiscovery discovery(component(), table_);
             discovery.thisJob = component().objects().createRecord("job");
             required(discovery.thisJob, "the job of the listing").put(job::JobPath, folder);
-            if (prog)
+            if (prog) {
                 discovery.programFolder = prog->get(program::ProgramFolder);
+                discovery.settingsFile = prog->get(program::SettingsFile);
+            }
             discovery.readFolder();
             return std::int32_t(table_.jobCount);
         },

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -18,9 +21,16 @@ void appendNumber(std::string& bytes, Number number) {
 // The bytes must be there.
 template<std::unsigned_integral Number = std::uint64_t>
 Number numberAt(std::string_view bytes, std::size_t at) {
+    const std::string_view its = bytes.substr(at, sizeof(Number));
+    if (its.size() < sizeof(Number))
+        throw std::out_of_range("a number ends outside");
     Number number = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&number, its.data(), sizeof number);
+        return number;
+    }
     for (std::size_t i = 0; i < sizeof number; ++i)
-        number |= Number(static_cast<unsigned char>(bytes.at(at + i))) << (8 * i);
+        number = static_cast<Number>(number | Number(static_cast<unsigned char>(its[i])) << (8 * i));
     return number;
 }
 

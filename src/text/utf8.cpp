@@ -1,5 +1,7 @@
 #include "text/utf8.h"
 
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -139,6 +141,31 @@ bool beginsUtf8(std::string_view bytes) {
            !(lead == 0xED && bytes.size() > 1 && static_cast<unsigned char>(bytes[1]) >= 0xA0);
 }
 
+namespace {
+
+// The usual case, a block of units at a time, in a form that compilers make vectors of. How many units were
+// taken: a block or none.
+std::size_t appendAscii(std::string& out, std::string_view bytes, ByteOrder order) {
+    static_assert(std::endian::native == std::endian::little);
+    std::array<std::uint16_t, 16> units;
+    if (bytes.size() < sizeof units)
+        return 0;
+    std::memcpy(units.data(), bytes.data(), sizeof units);
+    std::uint16_t bits = 0;
+    for (const std::uint16_t unit : units)
+        bits |= unit;
+    const bool isLittle = order == ByteOrder::LittleEndian;
+    if ((bits & (isLittle ? 0xFF80 : 0x80FF)) != 0)
+        return 0;
+    std::array<char, units.size()> characters;
+    for (std::size_t i = 0; i < units.size(); ++i)
+        characters[i] = static_cast<char>(isLittle ? units[i] : units[i] >> 8);
+    out.append(characters.data(), characters.size());
+    return characters.size();
+}
+
+} // namespace
+
 std::string fromUtf16Bytes(std::string_view bytes, ByteOrder order) {
     const std::size_t low = order == ByteOrder::LittleEndian ? 0 : 1;
     const std::size_t count = bytes.size() / 2;
@@ -148,13 +175,9 @@ std::string fromUtf16Bytes(std::string_view bytes, ByteOrder order) {
     };
     std::string out;
     out.reserve(count);
-    const auto isAscii = [&](std::size_t i) { return unitAt(i) < 0x80; };
     for (std::size_t i = 0; i < count; ++i) {
-        // The usual case, four at a time.
-        if (count - i >= 4 && isAscii(i) && isAscii(i + 1) && isAscii(i + 2) && isAscii(i + 3)) {
-            const char* four = bytes.data() + 2 * i + low;
-            out.append({four[0], four[2], four[4], four[6]});
-            i += 3;
+        if (const std::size_t length = appendAscii(out, bytes.substr(2 * i), order); length > 0) {
+            i += length - 1;
             continue;
         }
         char32_t unit = unitAt(i);

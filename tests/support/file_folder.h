@@ -20,10 +20,12 @@ public:
         path = ::mkdtemp(pattern.data());
         std::filesystem::permissions(path, std::filesystem::perms::all);
         ::setenv("XDG_STATE_HOME", (path / "state").c_str(), 1);
+        ::setenv("XDG_CACHE_HOME", (path / "cache").c_str(), 1);
     }
     ~FileFolder() {
         std::filesystem::remove_all(path);
         ::unsetenv("XDG_STATE_HOME");
+        ::unsetenv("XDG_CACHE_HOME");
     }
     FileFolder(const FileFolder&) = delete;
     FileFolder& operator=(const FileFolder&) = delete;

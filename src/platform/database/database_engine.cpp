@@ -7,12 +7,17 @@
 namespace genutil {
 namespace {
 
+OpenedDatabase open(const std::string& path, bool exclusive, bool readOnly) {
+    DatabaseFile file(path);
+    if (!isSqlite(file))
+        return {openJetDatabase(std::move(file))};
+    return {openSqliteDatabase(file, exclusive, readOnly), mayHaveLog(file)};
+}
+
 class Engine : public DatabaseEngine {
 public:
     std::shared_ptr<Database> OpenDatabase(const std::string& path, bool exclusive, bool readOnly) override {
-        DatabaseFile file(path);
-        return isSqlite(file) ? openSqliteDatabase(file, exclusive, readOnly)
-                              : openJetDatabase(std::move(file));
+        return open(path, exclusive, readOnly).database;
     }
 };
 
@@ -20,6 +25,10 @@ public:
 
 std::unique_ptr<DatabaseEngine> makeDatabaseEngine() {
     return std::make_unique<Engine>();
+}
+
+OpenedDatabase openToReadDatabase(const std::string& path) {
+    return open(path, false, true);
 }
 
 } // namespace genutil

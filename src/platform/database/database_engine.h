@@ -14,4 +14,11 @@ namespace genutil {
 // but a database, a folder or a pipe included, and for a damaged one; DatabaseLocked.
 std::unique_ptr<DatabaseEngine> makeDatabaseEngine();
 
+struct OpenedDatabase {
+    std::shared_ptr<Database> database;
+    bool mayHaveLog = false; // its writers keep their latest changes in a log beside it
+};
+// As OpenDatabase does it, shared and read only.
+OpenedDatabase openToReadDatabase(const std::string& path);
+
 } // namespace genutil

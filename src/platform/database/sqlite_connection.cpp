@@ -194,6 +194,10 @@ void Statement::bind(int parameter, std::int64_t value) {
     check(sqlite3_bind_int64(statement_.get(), parameter + 1, value));
 }
 
+void Statement::bindBytes(int parameter, std::string_view bytes) {
+    check(sqlite3_bind_blob64(statement_.get(), parameter + 1, bytes.data(), bytes.size(), SQLITE_STATIC));
+}
+
 void Statement::bind(int parameter, const Value& value) {
     if (value.isNull())
         check(sqlite3_bind_null(statement_.get(), parameter + 1));
@@ -236,6 +240,11 @@ std::string Statement::declaredType(int column) const {
 
 std::int64_t Statement::number(int column) const {
     return sqlite3_column_int64(statement_.get(), column);
+}
+
+std::string_view Statement::bytes(int column) const {
+    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
+    return {bytes ? bytes : "", static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
 }
 
 std::optional<Value> Statement::value(int column, bool isBoolean) const {

@@ -73,6 +73,8 @@ public:
     // Parameters and columns are counted from 0.
     void bind(int parameter, const Value& value);
     void bind(int parameter, std::int64_t value);
+    // The bytes stay where they are until the next step.
+    void bindBytes(int parameter, std::string_view bytes);
     // Goes to the next row; false behind the last.
     bool next();
     // Before the first row again, with the database given free; parameters can be bound anew.
@@ -86,6 +88,8 @@ public:
     // for a binary.
     std::optional<Value> value(int column, bool isBoolean = false) const;
     std::int64_t number(int column) const;
+    // As they are stored; there until the next step.
+    std::string_view bytes(int column) const;
 
 private:
     struct Finalize {

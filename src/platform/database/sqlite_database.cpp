@@ -17,13 +17,10 @@ namespace {
 // A file whose writers keep their latest changes in a log beside it is at rest when there is none: to read it
 // as others would make a log, which stays behind, and needs a folder that may be written to.
 sqlite::Access accessTo(const DatabaseFile& file, bool readOnly) {
-    constexpr std::size_t readVersion = 19;
-    constexpr char withLog = 2;
     if (!readOnly)
         return sqlite::Access::ReadWrite;
-    const bool mayHaveLog = file.head().size() > readVersion && file.head()[readVersion] == withLog;
     std::error_code none;
-    const bool isAtRest = mayHaveLog && !std::filesystem::exists(file.path() + "-wal", none);
+    const bool isAtRest = mayHaveLog(file) && !std::filesystem::exists(file.path() + "-wal", none);
     return isAtRest ? sqlite::Access::ReadAtRest : sqlite::Access::Read;
 }
 
@@ -86,6 +83,12 @@ private:
 
 bool isSqlite(const DatabaseFile& file) {
     return file.head().starts_with(std::string_view("SQLite format 3\0", 16));
+}
+
+bool mayHaveLog(const DatabaseFile& file) {
+    constexpr std::size_t readVersion = 19;
+    constexpr char withLog = 2;
+    return file.head().size() > readVersion && file.head()[readVersion] == withLog;
 }
 
 std::shared_ptr<Database> openSqliteDatabase(const DatabaseFile& file, bool exclusive, bool readOnly) {

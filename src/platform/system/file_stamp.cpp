@@ -12,7 +12,9 @@ std::optional<FileStamp> stampOf(const std::string& path) {
     return FileStamp{.device = status.st_dev,
         .file = status.st_ino,
         .size = std::uint64_t(status.st_size),
-        .written = std::int64_t(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec};
+        // Unsigned: a file may be dated to a year that no 64 bits of nanoseconds reach.
+        .written = static_cast<std::int64_t>(
+            std::uint64_t(status.st_mtim.tv_sec) * 1'000'000'000 + std::uint64_t(status.st_mtim.tv_nsec))};
 }
 
 } // namespace genutil

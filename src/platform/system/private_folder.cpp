@@ -28,16 +28,20 @@ bool makeFolders(const fs::path& folder) {
     return isPrivate(folder);
 }
 
+// The product's folder among those of the user for things of one kind; "" without a home.
+fs::path userFolder(const char* variable, const char* belowHome) {
+    fs::path folder = environmentFolder(variable);
+    if (const fs::path home = environmentFolder("HOME"); folder.empty() && !home.empty())
+        folder = home / belowHome;
+    return folder.empty() ? folder : folder / "k_genutil";
+}
+
 } // namespace
 
 std::vector<std::string> privateFolders() {
     std::vector<std::string> folders;
-    const fs::path home = environmentFolder("HOME");
-    fs::path state = environmentFolder("XDG_STATE_HOME");
-    if (state.empty() && !home.empty())
-        state = home / ".local" / "state";
-    if (!state.empty())
-        folders.push_back(state / "k_genutil" / "before-save");
+    if (const fs::path state = userFolder("XDG_STATE_HOME", ".local/state"); !state.empty())
+        folders.push_back(state / "before-save");
     fs::path temporary = environmentFolder("TMPDIR");
     if (temporary.empty())
         temporary = "/tmp";
@@ -59,6 +63,14 @@ std::string makePrivateFolder() {
             errors::PathAccess, "No folder for the safety copies of saved files can be made: neither '" +
                                     folders.front() + "' nor '" + folders.back() + "'");
     return *made;
+}
+
+std::string makeCacheFolder() {
+    const fs::path folder = userFolder("XDG_CACHE_HOME", ".cache");
+    if (folder.empty() || !makeFolders(folder))
+        throw Error(
+            errors::PathAccess, "No folder for what was read of jobs can be made: '" + folder.string() + "'");
+    return folder;
 }
 
 } // namespace genutil

@@ -15,4 +15,8 @@ bool isPrivate(const std::string& folder);
 // The first of them that exists or can be made. Throws PathAccess when there is none.
 std::string makePrivateFolder();
 
+// The user's folder for what can be made again ($XDG_CACHE_HOME/k_genutil, else ~/.cache/k_genutil), private
+// too. Throws PathAccess when it cannot be had.
+std::string makeCacheFolder();
+
 } // namespace genutil
