@@ -5,7 +5,8 @@
 #   monkey.sh KESTAL SAMPLES SEED...       one run for each seed; the same seed does the same again
 #   monkey.sh KESTAL SAMPLES --minutes N   runs with rising seeds for so long
 # EVENTS is how much happens in a run (60), PATIENCE how many keys may be needed to leave (100).
-# KEEP=FOLDER keeps the log of each run that found something. Needs xdotool, and what on_screen.sh needs.
+# KEEP=FOLDER keeps the log of each run that found something, with a picture of the screen (import) and the threads' stacks
+# (gdb) of a window that stays. Needs xdotool, and what on_screen.sh needs.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 if [ -z "${MONKEY_ON_SCREEN:-}" ]; then
@@ -81,6 +82,13 @@ leave() {
 }
 leaving=(Escape alt+F4 alt+F4 n alt+n Return ctrl+q alt+c)
 
+# The browser's engine leaves to the process's end what it took in libraries that are unloaded by then: leaks that have no
+# other place than such a library are not ours.
+only_unloaded() {
+    grep -q 'ERROR: LeakSanitizer' "$1" && ! grep -qE 'ERROR: Add|runtime error' "$1" &&
+        ! grep -E '^ *#1 ' "$1" | grep -qv 'unknown module'
+}
+
 run() {
     RANDOM=$1
     local dialog=${dialogs[$1 % ${#dialogs[@]}]} folder code
@@ -92,12 +100,9 @@ run() {
     cp "$samples"/traverse.sum "$folder/wide.sum"
     cp "$samples/jobs/Harrow Creek.gdb" "$folder/job.gdb"
     cp "$samples"/jobs/*.gdb "$folder/jobs"
-    # The browser's engine leaves to the process's end what it took in libraries that are unloaded by then.
-    local sanitizer=${ASAN_OPTIONS:-}
-    [ "$dialog" = history ] && sanitizer=$sanitizer:detect_leaks=0
     # shellcheck disable=SC2086 # the words of a dialog
     (cd "$folder" && HOME=$folder/home XDG_CONFIG_HOME=$folder/home XDG_DATA_HOME=$folder/home XDG_STATE_HOME=$folder/home \
-        XDG_CACHE_HOME=$folder/home ASAN_OPTIONS=$sanitizer K_GENUTIL_REGISTRY=$folder/registry.ini exec "$kestal" $dialog >"$folder/out" 2>&1) &
+        XDG_CACHE_HOME=$folder/home K_GENUTIL_REGISTRY=$folder/registry.ini exec "$kestal" $dialog >"$folder/out" 2>&1) &
     program=$!
     for _ in $(seq 100); do
         timeout 5 xdotool getactivewindow >/dev/null 2>&1 && break
@@ -113,10 +118,11 @@ run() {
     else
         code="stays open"
         command -v import >/dev/null && import -window root "$folder/screen.png"
+        command -v gdb >/dev/null && gdb -p "$program" -batch -ex "thread apply all backtrace" >"$folder/stacks" 2>&1
         kill -ABRT "$program"
         wait "$program" 2>/dev/null
     fi
-    if [ "$code" != 0 ] || grep -qE 'ERROR: |runtime error' "$folder/out"; then
+    if { [ "$code" != 0 ] || grep -qE 'ERROR: |runtime error' "$folder/out"; } && ! only_unloaded "$folder/out"; then
         echo "seed $1 ($dialog): $code"
         tail -n 40 "$folder/out"
         [ -n "${KEEP:-}" ] && cp -r "$folder" "$KEEP/seed-$1"
