@@ -1,5 +1,6 @@
 #include "support/viewer.h"
 #include "text/rtf.h"
+#include "text/size_text.h"
 
 #include <gmock/gmock.h>
 
@@ -417,7 +418,7 @@ TEST_F(Editing, SaysWhereTheCaretIsAndWhatIsSelected) {
     const std::pair<std::uint64_t, const char*> sizes[] = {{0, "0 bytes"}, {1, "1 byte"},
         {1023, "1023 bytes"}, {1024, "1.0 KB"}, {1024 * 1024 - 1, "1.0 MB"}, {6920601, "6.6 MB"}};
     for (const auto& [bytes, text] : sizes)
-        EXPECT_EQ(sizeText(bytes), text);
+        EXPECT_EQ(text::sizeText(bytes), text);
 }
 
 TEST_F(Editing, ReadsTheBytesInAnotherEncodingWithoutChangingThem) {

@@ -58,7 +58,8 @@ protected:
 
 TEST_F(JobsCommand, WritesTheJobsInEachFormatAndNamesWhatItCannotRead) {
     const std::pair<const char*, const char*> cases[] = {{"", "Job "}, {"--format tsv", "Job\tCreate Date\t"},
-        {"--format csv --sort -job", "\n\"b, \"\"2\"\".gdb\","}, {"--format table --all-columns", "LS Sets"}};
+        {"--format csv --sort -job", "\n\"b, \"\"2\"\".gdb\","}, {"--format table --all-columns", "LS Sets"},
+        {"--format csv --sort -size --iso-dates --file-columns", ",Size,Modified\n"}};
     for (const auto& [options, text] : cases) {
         const Outcome result = run(QString("\"$kestal\" jobs %1 -- \"$1\"").arg(options));
         EXPECT_EQ(result.exitCode, 3) << options;
@@ -83,7 +84,10 @@ TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
         {"\"$kestal\" jobs .", 0, ""},
         {"sqlite3 \"$1/A.mdb\" 'ALTER TABLE JobDetails DROP Surveyor; ALTER TABLE JobDetails ADD Surveyor AS "
          "(hex(zeroblob(9000000))); INSERT INTO JobDetails (Zone) VALUES (5)'; \"$kestal\" jobs \"$1\" >list",
-            3, "A.mdb: The file: string or blob too big"},
+            3, "A.mdb: string or blob too big"},
+        {"\"$kestal\" new-job z.gdb && sqlite3 z.gdb \"UPDATE JobDetails SET Zone='55 north'\"; "
+         "\"$kestal\" jobs . >list; code=$?; rm z.gdb; exit $code",
+            3, "kestal: z.gdb: Field 'Zone': '55 north' is not a number\n"},
         {"\"$kestal\" jobs nowhere", 1, "'nowhere' does not exist"},
         {"\"$kestal\" jobs \"$1/A.mdb\"", 1, "A.mdb' is not a folder"},
         {"\"$kestal\" jobs . --format xml", 2, "table, tsv, csv or json"},

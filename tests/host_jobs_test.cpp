@@ -230,6 +230,9 @@ TEST(ReadingProblems, TellFileAndReasonOfAReport) {
         {"'/d/x y.mdb' is not a job database: why", reading, "x y.mdb",
             "The file is not a job database: why"},
         {"Out of memory", reading, "", "Out of memory"},
+        {"The table [T] in '/bin/sh' has no fields", reading, "sh", "The table [T] in 'sh' has no fields"},
+        {"Cannot open '/d/x.gdb': gone", reading + " reading 'x.gdb'", "x.gdb", "Cannot open 'x.gdb': gone"},
+        {"'/d/x.gdb': it is torn", reading, "x.gdb", "it is torn"},
     };
     for (const Case& each : cases) {
         const auto problem = readingProblem(each.description, each.procedure);

@@ -1,5 +1,4 @@
 #include "joblist/c_job_list_loader.h"
-#include "joblist/job_listing.h"
 #include "support/error_of.h"
 #include "support/file_folder.h"
 #include "support/job_world.h"
@@ -139,6 +138,63 @@ TEST_F(JobList, SortsByTheClickedColumnInTurn) {
         });
 }
 
+TEST_F(JobList, IsSortedByKeysWithASecondOneAndTheCurrentRowStays) {
+    makeJob("a.mdb", {{"Surveyor", "Bo"}, {"Date", "2020-02-29"}});
+    show([&](frmJobList& form) {
+        Grid& grid = form.flxJobList;
+        click(grid, 2, 2); // dam.old.gdb, by Bo
+        const struct {
+            MenuItem& item;
+            int column;
+            Texts jobs;
+            SortMark first, second;
+        } cases[] = {
+            {form.mnuSortUp, 2, {"_x.gdb", "Weir.mdb", "a.mdb", "dam.old.gdb"}, {2, true}, {}},
+            {form.mnuSortDown, 1, {"Weir.mdb", "a.mdb", "_x.gdb", "dam.old.gdb"}, {1, false}, {}},
+            {form.mnuThenUp, 2, {"_x.gdb", "Weir.mdb", "a.mdb", "dam.old.gdb"}, {2, true}, {1, false}},
+            {form.mnuThenDown, 2, {"a.mdb", "dam.old.gdb", "Weir.mdb", "_x.gdb"}, {2, false}, {1, false}},
+            {form.mnuSortDown, 0, {"Weir.mdb", "dam.old.gdb", "a.mdb", "_x.gdb"}, {0, false}, {}},
+            {form.mnuThenUp, 2, {"_x.gdb", "Weir.mdb", "dam.old.gdb", "a.mdb"}, {2, true}, {0, false}},
+            {form.mnuSortUp, 2, {"_x.gdb", "Weir.mdb", "a.mdb", "dam.old.gdb"}, {2, true}, {}},
+        };
+        for (const auto& each : cases) {
+            grid.userMove(grid.selection().row, each.column, false);
+            each.item.userChoose();
+            EXPECT_EQ(texts(grid), each.jobs) << each.item.name() << each.column;
+            EXPECT_EQ(grid.text(grid.selection().row, 0), "dam.old.gdb");
+            EXPECT_TRUE(grid.sortMark == each.first && grid.secondSortMark == each.second);
+        }
+        clickHeader(grid, 0);
+        EXPECT_EQ(grid.sortMark.get(), (SortMark{0, false})) << "the first click sorts in descending order";
+    });
+}
+
+TEST_F(JobList, ShowsWhichFilesCouldNotBeReadBesideTheJobs) {
+    makeJob("Bad.mdb", {{"Zone", "55 north"}});
+    folder.make("text.mdb");
+    show([&](frmJobList& form) {
+        Grid& list = form.flxUnread;
+        EXPECT_EQ(form.lblCount.caption.get() + "|" + form.cmdUnread.caption.get(),
+            "3 jobs|2 files could not be &read");
+        form.cmdUnread.userPress();
+        EXPECT_TRUE(form.pnlUnread.visible && form.activeControl() == &list);
+        EXPECT_EQ(form.flxJobList.rowCount(), 4);
+        form.mnuUnreadSelectAll.userChoose();
+        form.mnuUnreadCopy.userChoose();
+        EXPECT_EQ(desktop.clipboard().text(),
+            "Bad.mdb\tField 'Zone': '55 north' is not a number\r\ntext.mdb\tThe file is no database");
+        clickHeader(list, 0);
+        clickHeader(list, 0);
+        EXPECT_EQ(texts(list), (Texts{"text.mdb", "Bad.mdb"}));
+        EXPECT_TRUE(form.userKey({.code = key::Escape}));
+        EXPECT_TRUE(form.isLoaded() && !form.pnlUnread.visible && form.activeControl() == &form.flxJobList);
+        form.cmdUnread.userPress();
+        form.cmdUnread.userPress();
+        EXPECT_FALSE(form.pnlUnread.visible);
+        EXPECT_EQ(list.rowCount(), 3);
+    });
+}
+
 TEST_F(JobList, ListsTheCurrentJobFromTheHostAndNeverChangesToIt) {
     current.job = host.createRecord("job");
     current.job->put(job::JobPath, folder / "");
@@ -164,6 +220,7 @@ TEST_F(JobList, ListsTheCurrentJobFromTheHostAndNeverChangesToIt) {
         EXPECT_EQ(texts(grid, 2), (Texts{"Bo", "host's own", ""}));
         click(grid, 2);
         EXPECT_FALSE(form.cmdChangeJob.enabled);
+        EXPECT_EQ(grid.rowNumber(2), grid.rowMark.get().number);
         grid.userDoubleClick();
         EXPECT_TRUE(desktop.messages.empty()) << "it is the current job";
         click(grid, 1);
@@ -247,29 +304,36 @@ TEST_F(JobList, OpensTheRecordMenuOnAPlainRightPressOnly) {
 }
 
 TEST_F(JobList, ShowsTheJobsThatHoldEveryWord) {
+    makeJob(
+        "mu\u0308ller.gdb", {{"Surveyor", "M\u00dcLLER"}, {"Description", "Gro\u00dfe Wiese, noon 12:30"}});
     show([&](frmJobList& form) {
         Grid& grid = form.flxJobList;
-        click(grid, 3);
-        const std::pair<const char*, Texts> cases[] = {{"GDB", {"dam.old.gdb", "_x.gdb"}},
+        click(grid, 4);
+        const std::pair<const char*, Texts> cases[] = {{"GDB", {"dam.old.gdb", "mu\u0308ller.gdb", "_x.gdb"}},
             {" nov weir ", {"Weir.mdb"}}, {"geo one", {"dam.old.gdb"}}, {"gdbbo", {}}, {"46343", {}},
-            {"", {"dam.old.gdb", "Weir.mdb", "_x.gdb"}}};
+            {"m\u00fcll", {"mu\u0308ller.gdb"}}, {"SURV:muller", {"mu\u0308ller.gdb"}}, {"surveyor:weir", {}},
+            {"coordsystem:plane grosse", {"mu\u0308ller.gdb"}}, {"\"coord system:geo\" bo", {"dam.old.gdb"}},
+            {"\"two three\"", {"dam.old.gdb"}}, {"\"three two\"", {}}, {"createdate:2020 job:x", {"_x.gdb"}},
+            {"noon 12:30", {"mu\u0308ller.gdb"}}, {"reference:10 surveyor:\"b", {"dam.old.gdb"}},
+            {"ref: surveyor:ann", {"Weir.mdb"}},
+            {"", {"dam.old.gdb", "mu\u0308ller.gdb", "Weir.mdb", "_x.gdb"}}};
         for (const auto& [words, jobs] : cases) {
             form.txtFilter.userEdit(words);
             EXPECT_EQ(texts(grid), jobs) << words;
             EXPECT_EQ(form.cmdChangeJob.enabled.get(), !jobs.empty()) << words;
             EXPECT_EQ(
-                form.lblCount.caption.get(), *words ? std::to_string(jobs.size()) + " of 3 jobs" : "3 jobs");
+                form.lblCount.caption.get(), *words ? std::to_string(jobs.size()) + " of 4 jobs" : "4 jobs");
         }
         click(grid, 1);
         form.txtFilter.userEdit("weir");
         EXPECT_EQ(form.thisJob->get(job::JobName), "Weir") << "another job stands in the current row";
         form.txtFilter.userEdit("gdb");
         clickHeader(grid, 0);
-        EXPECT_EQ(texts(grid), (Texts{"dam.old.gdb", "_x.gdb"}));
+        EXPECT_EQ(texts(grid), (Texts{"mu\u0308ller.gdb", "dam.old.gdb", "_x.gdb"}));
         form.txtFilter.setFocus();
         EXPECT_FALSE(form.userKey({.code = key::A, .ctrl = true})) << "selects the words";
         EXPECT_TRUE(form.userKey({.code = key::Escape}));
-        EXPECT_TRUE(form.isLoaded() && grid.rowCount() == 4) << "Escape empties the filter first";
+        EXPECT_TRUE(form.isLoaded() && grid.rowCount() == 5) << "Escape empties the filter first";
     });
 }
 
@@ -330,45 +394,6 @@ TEST_F(JobList, DoesNotOpenOverADateThatIsNone) {
     EXPECT_TRUE(host.logged("ReportProcError (Form) Joblist::Sub ListJobs: Job 'Bad.mdb': 'soon' cannot be "
                             "read as a date"));
     EXPECT_TRUE(desktop.openForms.empty() && !loader.form());
-}
-
-TEST_F(JobList, IsWrittenAsTextForOtherPrograms) {
-    for (const char* name : {"Weir.mdb", "dam.old.gdb", "_x.gdb"})
-        std::filesystem::remove(folder / name);
-    makeJob("a\x1b[.mdb", {{"Surveyor", "+\"x\","}, {"Reference", "-5"}, {"Zone", -1}, {"ValidHorizPts", 7},
-                              {"Description", "a\tb\r\nc"}, {"Date", "soon"}});
-    makeJob("b.mdb", {{"Date", "1 Feb 2026"}, {"Surveyor", std::string(60, 'w')}});
-    JobListing listing(component);
-    EXPECT_EQ(listing.ReadFolder(folder / "", nullptr), 2);
-    const std::pair<const char*, std::string> cases[] = {
-        {"csv", "Job,Create Date,Surveyor,Reference,Description,Coord System,Projection,H.Datum,Zone,Points\n"
-                "b.mdb,01-Feb-2026," +
-                    std::string(60, 'w') +
-                    ",,,Plane,,,0,0\n"
-                    "a\x1b[.mdb,soon,\"'+\"\"x\"\",\",'-5,a\tb c,Plane,,,-1,7\n"},
-        {"tsv",
-            "Job\tCreate Date\tSurveyor\tReference\tDescription\tCoord System\tProjection\tH.Datum\tZone\t"
-            "Points\nb.mdb\t01-Feb-2026\t" +
-                std::string(60, 'w') +
-                "\t\t\tPlane\t\t\t0\t0\n"
-                "a\x1b[.mdb\tsoon\t\"'+\"\"x\"\",\"\t'-5\t\"a\tb c\"\tPlane\t\t\t-1\t7\n"},
-        {"json",
-            "[\n  {\"Job\": \"b.mdb\", \"Create Date\": \"01-Feb-2026\", \"Surveyor\": \"" +
-                std::string(60, 'w') +
-                "\", \"Reference\": \"\", \"Description\": \"\", \"Coord System\": "
-                "\"Plane\", \"Projection\": \"\", \"H.Datum\": \"\", \"Zone\": 0, \"Points\": 0},\n"
-                "  {\"Job\": \"a\\u001b[.mdb\", \"Create Date\": \"soon\", \"Surveyor\": \"+\\\"x\\\",\", "
-                "\"Reference\": \"-5\", \"Description\": \"a\\u0009b c\", \"Coord System\": \"Plane\", "
-                "\"Projection\": \"\", \"H.Datum\": \"\", \"Zone\": -1, \"Points\": 7}\n]\n"},
-    };
-    for (const auto& [format, text] : cases)
-        EXPECT_EQ(listing.Write(format, "-JOB", false), text) << format;
-    const std::string table = listing.Write("table", "Create Date", true);
-    EXPECT_TRUE(table.starts_with("Job      Create Date  Surveyor")) << table;
-    EXPECT_NE(table.find("\na\uFFFD[.mdb     soon      +\"x\","), std::string::npos) << table;
-    EXPECT_NE(table.find(" " + std::string(40, 'w') + "…"), std::string::npos) << table;
-    EXPECT_EQ(fake::errorOf([&] { listing.Write("xml", "", false); }), errors::InvalidCall);
-    EXPECT_EQ(fake::errorOf([&] { listing.Write("csv", "Jobs", false); }), errors::InvalidCall);
 }
 
 } // namespace

@@ -397,6 +397,12 @@ TEST_F(Discovery, ReportsAFileThatCannotBeReadAndGoesOn) {
                      by + " (Job 'c.gdb'): No table 'JobDetails'", by + " reading 'd.gdb': Type mismatch",
                      by + " reading 'e.gdb': Internal error", by + " reading 'f.gdb': in use",
                      by + " reading 'g.gdb': Object reference is not set: the job database"}));
+    Texts reasons;
+    for (const UnreadFile& file : discovery.unreadFiles())
+        reasons.push_back(file.name + ": " + file.reason);
+    EXPECT_EQ(reasons, (Texts{"b.gdb: The file is no database", "c.gdb: No table 'JobDetails'",
+                           "d.gdb: Field 'Zone': 'west' is not a number", "e.gdb: torn", "f.gdb: in use",
+                           "g.gdb: Object reference is not set: the job database"}));
 }
 
 TEST_F(Discovery, PassesOverWhatIsBeyondTheLimitOfTheList) {

@@ -1,4 +1,5 @@
 #include "support/fake_code_pages.h"
+#include "text/bare_letters.h"
 #include "text/character_width.h"
 #include "text/text_document.h"
 #include "text/utf8.h"
@@ -235,6 +236,16 @@ TEST(CharacterWidth, GivesInvisibleControlsTheColumnOfTheirMark) {
     for (const char32_t codePoint : {U'\t', U' ', char32_t(0xA0), char32_t(0x200C), char32_t(0x200D)})
         EXPECT_FALSE(isInvisibleControl(codePoint)) << unsigned(codePoint);
     EXPECT_EQ(characterWidth(0x200D), 0);
+}
+
+TEST(BareLetters, LeaveCaseAccentsAndTheUnicodeFormAside) {
+    // By the canonical decompositions of the Unicode data; "\xff" is no character.
+    const std::pair<std::string, std::string> cases[] = {{"ÄÖÜß ẞ", "aouss ss"}, {"A\u0308\u0301", "a"},
+        {"Łódź Øre Æbelø þ", "lodz ore aebelo th"}, {"ĲSSEL İı", "ijssel ii"}, {"Ấp Ǖ Ȫ", "ap u o"},
+        {"ΆΟΔΌΣ ς", "αοδοσ σ"}, {"Йод Ёж", "иод еж"}, {"ガ\u304b\u3099", "カか"},
+        {"각", "\u1100\u1161\u11a8"}, {"×÷½", "×÷½"}, {"a\xff", "a\xff"}};
+    for (const auto& [text, bare] : cases)
+        EXPECT_EQ(text::bareLetters(text), bare) << text;
 }
 
 TEST(Utf8, TakesDamagedBytesByTheirMaximalSubpart) {

@@ -173,6 +173,18 @@ protected:
     ~_JobListing() = default;
 };
 
+/// The same with more to choose from.
+struct _JobListing2 : _JobListing {
+    /// What WriteWith writes beyond the main columns of the jobs, added up. The columns of the files, "Size"
+    /// and "Modified", can be sorted by without being written.
+    enum Options : LONG { AllColumns = 1, FileColumns = 2, IsoDates = 4 };
+
+    virtual HRESULT STDMETHODCALLTYPE WriteWith(BSTR* format, BSTR* sortColumn, LONG options, BSTR* text) = 0;
+
+protected:
+    ~_JobListing2() = default;
+};
+
 /// Edits the preferences; the result is True when they were saved.
 struct _cDefaultsLoader : ILoader {
     virtual HRESULT STDMETHODCALLTYPE LoadDefaultsForm(IDispatch** IHelp, IDispatch** prog,
@@ -240,6 +252,9 @@ inline constexpr IID iidOf<_cJobListLoader>{
 template<>
 inline constexpr IID iidOf<_JobListing>{
     0x2C0B1A57, 0x9D3E, 0x4F68, {0xA1, 0x4C, 0x63, 0x0E, 0x77, 0x5B, 0xD2, 0x19}};
+template<>
+inline constexpr IID iidOf<_JobListing2>{
+    0x91D4C6F3, 0x5B0A, 0x4E27, {0x8C, 0x3F, 0x1A, 0xE9, 0x42, 0xD7, 0x60, 0xB8}};
 template<>
 inline constexpr IID iidOf<_cDefaultsLoader>{
     0x0232B2AE, 0x385D, 0x4E8A, {0xA0, 0xE8, 0x88, 0xC0, 0xED, 0x50, 0x33, 0x1D}};

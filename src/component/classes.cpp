@@ -76,8 +76,8 @@ protected:
     Core core_;
 };
 
-// A public object with a further interface beside the automation one.
-template<class Interface, class Core, class Further>
+// A public object with a further interface beside the automation one, and those that it has grown out of.
+template<class Interface, class Core, class Further, class... Earlier>
 class ExtendedObject : public PublicObject<Interface, Core>, public Further {
     using Base = PublicObject<Interface, Core>;
 
@@ -90,11 +90,10 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return Base::Release(); }
 
 private:
-    bool tellsErrorsOf(REFIID iid) const override {
-        return iid == k_genutil::iidOf<Further> || Base::tellsErrorsOf(iid);
-    }
-    void* find(REFIID iid) override {
-        return iid == k_genutil::iidOf<Further> ? static_cast<Further*>(this) : Base::find(iid);
+    bool tellsErrorsOf(REFIID iid) const override { return isFurther(iid) || Base::tellsErrorsOf(iid); }
+    void* find(REFIID iid) override { return isFurther(iid) ? static_cast<Further*>(this) : Base::find(iid); }
+    static bool isFurther(REFIID iid) {
+        return iid == k_genutil::iidOf<Further> || ((iid == k_genutil::iidOf<Earlier>) || ...);
     }
 };
 
@@ -186,8 +185,8 @@ public:
 };
 
 // Lists jobs in the dialog, and without it through a further interface.
-class JobListObject final
-    : public ExtendedObject<k_genutil::_cJobListLoader, cJobListLoader, k_genutil::_JobListing> {
+class JobListObject final : public ExtendedObject<k_genutil::_cJobListLoader, cJobListLoader,
+                                k_genutil::_JobListing2, k_genutil::_JobListing> {
 public:
     explicit JobListObject(Component& component) : ExtendedObject(component), listing_(component) {}
 
@@ -219,8 +218,14 @@ public:
     }
     HRESULT STDMETHODCALLTYPE Write(
         BSTR* format, BSTR* sortColumn, VARIANT_BOOL allColumns, BSTR* text) override {
+        return WriteWith(format, sortColumn, allColumns != VARIANT_FALSE ? AllColumns : 0, text);
+    }
+    HRESULT STDMETHODCALLTYPE WriteWith(BSTR* format, BSTR* sortColumn, LONG options, BSTR* text) override {
         return allGiven(format, sortColumn, text) ? perform([&] {
-            replace(text, listing_.Write(textOf(format), textOf(sortColumn), allColumns != VARIANT_FALSE));
+            replace(text, listing_.Write(textOf(format), textOf(sortColumn),
+                              {.allColumns = (options & AllColumns) != 0,
+                                  .fileColumns = (options & FileColumns) != 0,
+                                  .isoDates = (options & IsoDates) != 0}));
         })
                                                   : noPlace();
     }

@@ -2,6 +2,7 @@
 
 #include "text/ascii.h"
 #include "text/character_width.h"
+#include "text/size_text.h"
 
 #include <algorithm>
 #include <array>
@@ -25,18 +26,6 @@ std::string counted(std::size_t count, const char* thing) {
 }
 
 } // namespace
-
-std::string sizeText(std::uint64_t bytes) {
-    if (bytes < 1024)
-        return counted(bytes, "byte");
-    constexpr std::array units{"KB", "MB", "GB", "TB"};
-    double size = double(bytes) / 1024;
-    std::size_t unit = 0;
-    for (; size >= 999.95 && unit + 1 < units.size(); ++unit)
-        size /= 1024;
-    const auto tenths = std::uint64_t(size * 10 + 0.5);
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " " + units[unit];
-}
 
 ViewerStatus::ViewerStatus(Form& form, ReportText& text)
     : pnlStatus(form, "pnlStatus"), lblPosition(form, "lblPosition", ""),
@@ -67,10 +56,10 @@ void ViewerStatus::showSelection() {
 void ViewerStatus::showText() {
     cboEncoding.visible = !text_.isRich();
     if (text_.isRich()) {
-        lblSize.caption = fileSize ? "Rich text, " + sizeText(*fileSize) : "Rich text";
+        lblSize.caption = fileSize ? "Rich text, " + text::sizeText(*fileSize) : "Rich text";
         return;
     }
-    lblSize.caption = sizeText(fileSize.value_or(text_.document()->size()));
+    lblSize.caption = text::sizeText(fileSize.value_or(text_.document()->size()));
     const text::Encoding& encoding = text_.document()->encoding();
     std::vector<ListItem> items;
     for (const char* name : offeredEncodings)

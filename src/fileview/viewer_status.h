@@ -31,7 +31,4 @@ private:
     ReportText& text_;
 };
 
-// "512 bytes", "6.6 MB": in steps of 1024.
-std::string sizeText(std::uint64_t bytes);
-
 } // namespace genutil

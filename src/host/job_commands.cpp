@@ -31,7 +31,7 @@ class JobTexts {
 public:
     JobTexts(const HostPtr& host, const ComponentAccess& component)
         : host_(host), component_(component),
-          listing_(component.create<k_genutil::_JobListing>(k_genutil::classes::cJobListLoader.progId)) {}
+          listing_(component.create<k_genutil::_JobListing2>(k_genutil::classes::cJobListLoader.progId)) {}
 
     void readFolder(const std::string& folder) {
         k_genutil::Text path(folder);
@@ -43,16 +43,20 @@ public:
     }
     std::string write(const CommandLine& line) {
         k_genutil::Text format(option(line, "--format", "table")), column(option(line, "--sort", "")), text;
-        component_.check(listing_->Write(format.inOut(), column.inOut(),
-                             line.has("--all-columns") ? VARIANT_TRUE : VARIANT_FALSE, text.inOut()),
-            "Writing the jobs");
+        LONG options = 0;
+        for (const auto& [name, value] : {std::pair{"--all-columns", k_genutil::_JobListing2::AllColumns},
+                 {"--file-columns", k_genutil::_JobListing2::FileColumns},
+                 {"--iso-dates", k_genutil::_JobListing2::IsoDates}})
+            options |= line.has(name) ? value : 0;
+        component_.check(
+            listing_->WriteWith(format.inOut(), column.inOut(), options, text.inOut()), "Writing the jobs");
         return text.utf8();
     }
 
 private:
     const HostPtr& host_;
     const ComponentAccess& component_;
-    Ref<k_genutil::_JobListing> listing_;
+    Ref<k_genutil::_JobListing2> listing_;
 };
 
 } // namespace

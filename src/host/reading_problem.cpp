@@ -15,17 +15,28 @@ std::optional<QString> between(const QString& text, const char* before, const ch
     return text.mid(first, text.size() - first - last);
 }
 
-// The database engine begins with the path, in quotes, of the file that it speaks of; the path may have
-// quotes of its own. Where it ends, or -1.
-qsizetype pathEnd(const QString& description) {
-    if (!description.startsWith('\''))
-        return -1;
-    static const QRegularExpression after("'[ :]");
-    const qsizetype first = description.indexOf(after, 1);
-    for (qsizetype end = first; end > 0; end = description.indexOf(after, end + 1))
-        if (QFileInfo(description.mid(1, end - 1)).isFile())
-            return end;
-    return first;
+// The places of the quotes around a path.
+struct Quoted {
+    qsizetype begin = -1, end = -1;
+};
+
+// The path that the text speaks of; the path may have quotes of its own. `file` is the file's name where it
+// is known.
+Quoted pathIn(const QString& text, const QString& file) {
+    static const QRegularExpression after("'([ :]|$)");
+    for (qsizetype begin = text.indexOf('\''); begin >= 0; begin = text.indexOf('\'', begin + 1)) {
+        const qsizetype first = text.indexOf(after, begin + 1);
+        for (qsizetype end = first; end > 0; end = text.indexOf(after, end + 1)) {
+            const QString path = text.mid(begin + 1, end - begin - 1);
+            const bool isNamed = !file.isEmpty() && path.endsWith('/' + file);
+            if (isNamed || (path.contains('/') && QFileInfo(path).isFile()))
+                return {begin, end};
+        }
+        // The file has gone meanwhile.
+        if (begin == 0 && first > 0 && text.left(first).contains('/'))
+            return {begin, first};
+    }
+    return {};
 }
 
 } // namespace
@@ -36,14 +47,22 @@ std::optional<ReadingProblem> readingProblem(const std::string& description, con
     if (!source.startsWith(reading))
         return std::nullopt;
     ReadingProblem problem{{}, QString::fromStdString(description)};
-    if (const qsizetype end = pathEnd(problem.reason); end > 0) {
-        problem.file = QFileInfo(problem.reason.mid(1, end - 1)).fileName();
-        problem.reason.replace(0, end + 1, "The file");
-    }
     const QString place = source.mid(reading.size());
     for (const auto& name : {between(place, " (Job '", "')"), between(place, " reading '", "'")})
         if (name)
             problem.file = *name;
+    const auto [begin, end] = pathIn(problem.reason, problem.file);
+    if (begin < 0)
+        return problem;
+    const QString name = QFileInfo(problem.reason.mid(begin + 1, end - begin - 1)).fileName();
+    if (problem.file.isEmpty())
+        problem.file = name;
+    if (begin > 0)
+        problem.reason.replace(begin + 1, end - begin - 1, name);
+    else if (problem.reason.mid(end + 1, 2) == ": ")
+        problem.reason.remove(0, end + 3);
+    else
+        problem.reason.replace(0, end + 1, "The file");
     return problem;
 }
 

@@ -23,14 +23,16 @@ public:
             QString place = QString::fromStdString("In " + procedure);
             const std::vector<std::string> reports = std::exchange(host_->procedureReports, {});
             const std::string* const origin = originOf(description, reports);
+            // On its way to the reading of jobs an error may have kept no more than its number's own words,
+            // which name nothing.
+            const bool isOriginal = !origin || description.find_first_of("':") != std::string::npos;
+            if (const auto problem = readingProblem(isOriginal ? description : *origin, procedure)) {
+                host_->collect(*problem, place);
+                return;
+            }
             if (origin)
                 place.prepend(QString::fromStdString(*origin + "\n"));
-            // On its way to the reading of jobs an error may have kept no more than its number's own words.
-            const bool isOriginal = !origin || description.starts_with('\'');
-            if (const auto problem = readingProblem(isOriginal ? description : *origin, procedure))
-                host_->collect(*problem, place);
-            else
-                host_->report(QString::fromStdString(description), place);
+            host_->report(QString::fromStdString(description), place);
         });
     }
 

@@ -2,7 +2,7 @@
 
 #include "hostif/error.h"
 #include "hostif/form.h"
-#include "text/letters.h"
+#include "text/bare_letters.h"
 
 #include <algorithm>
 #include <array>
@@ -145,11 +145,27 @@ void Grid::sort(std::int32_t column, GridOrder order, bool ascending) {
     notify(Aspect::Items);
 }
 
+void Grid::sortInPlace(std::int32_t column, GridOrder order, bool ascending, bool keepsOrder) {
+    rearrange([&] {
+        if (!keepsOrder)
+            rows_.restoreOrder();
+        rows_.sort(column, order, ascending);
+    });
+}
+
 void Grid::filter(std::string_view words) {
+    rearrange([&] {
+        std::vector<std::string> titles;
+        for (auto column = columns_.begin(); column != columns_.end() && !column->title.empty(); ++column)
+            titles.push_back(column->title);
+        rows_.filter(filterWords(words, titles), std::int32_t(titles.size()));
+    });
+}
+
+void Grid::rearrange(const std::function<void()>& change) {
     const std::int32_t current = selection_.row;
     const std::int32_t number = current > 0 && current < rowCount() ? rowNumber(current) : 0;
-    const auto untitled = std::ranges::find(columns_, std::string(), &Column::title);
-    rows_.filter(words, std::int32_t(untitled - columns_.begin()));
+    change();
     notify(Aspect::Items);
     const std::int32_t place = number > 0 ? rows_.placeOf(number) : -1;
     setCurrentCell(place < 0 ? 1 : place + 1, selection_.column);
@@ -215,13 +231,13 @@ void Grid::userMove(std::int32_t row, std::int32_t column, bool extend) {
 }
 
 bool Grid::userJumpTo(std::string_view typed) {
-    const std::string wanted = text::folded(typed);
+    const std::string wanted = text::bareLetters(typed);
     const std::int32_t count = rows_.shownCount();
     const std::int32_t current = std::max(selection_.row, 1) - 1;
     const std::int32_t first = typed.size() > 1 ? current : current + 1;
     for (std::int32_t i = 0; enabled && !wanted.empty() && i < count; ++i) {
         const std::int32_t at = (first + i) % count;
-        if (!text::folded(rows_.cell(at, selection_.column)).starts_with(wanted))
+        if (!text::bareLetters(rows_.cell(at, selection_.column)).starts_with(wanted))
             continue;
         setCurrentCell(at + 1, selection_.column);
         return true;

@@ -4,6 +4,7 @@
 #include "hostif/grid_rows.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,11 +29,19 @@ struct GridRange {
     friend bool operator==(const GridRange&, const GridRange&) = default;
 };
 
-// The mark in the header of the column by which the rows are ordered; column -1: none.
+// The mark in the header of a column by which the rows are ordered; column -1: none.
 struct SortMark {
     std::int32_t column = -1;
     bool ascending = true;
     friend bool operator==(const SortMark&, const SortMark&) = default;
+};
+
+// A row that stands out from the others, by its rowNumber(); 0: none. The text says what it is, for those who
+// do not see the mark.
+struct RowMark {
+    std::int32_t number = 0;
+    std::string text;
+    friend bool operator==(const RowMark&, const RowMark&) = default;
 };
 
 // A grid of texts. Row 0 is the header, the rows below it are those that are shown, from 1. Columns are
@@ -80,10 +89,15 @@ public:
     std::int32_t rowNumber(std::int32_t row) const;
 
     void sort(std::int32_t column, GridOrder order, bool ascending);
-    // Shows the rows that hold every word, in some column before the first without a title. The current row
-    // stays current if it is still shown.
+    // The same, and the current row stays current. Rows whose texts are equal keep their order, or else stand
+    // as they were added.
+    void sortInPlace(std::int32_t column, GridOrder order, bool ascending, bool keepsOrder);
+    // Shows the rows that hold every word, in some column before the first without a title or in those that
+    // the word names; see filterWords(). The current row stays current if it is still shown.
     void filter(std::string_view words);
     Observed<SortMark> sortMark{*this, Aspect::Items, {}};
+    Observed<SortMark> secondSortMark{*this, Aspect::Items, {}}; // of the order among equal texts
+    Observed<RowMark> rowMark{*this, Aspect::Items, {}};
 
     const GridRange& selection() const { return selection_; }
     // Cut to what the grid has; then rowColumnChange if it is another one, and enterCell if the current cell
@@ -111,8 +125,9 @@ public:
     void userDoubleClick();
     // Moves the current cell, or only the selection's other corner.
     void userMove(std::int32_t row, std::int32_t column, bool extend);
-    // Makes the next row whose text in the current column begins with what was typed current, the current row
-    // included when `typed` has more than one character; around the end. False when there is none.
+    // Makes the next row whose text in the current column begins with what was typed, case and accents left
+    // aside, current, the current row included when `typed` has more than one character; around the end.
+    // False when there is none.
     bool userJumpTo(std::string_view typed);
     void userResizeColumn(std::int32_t column, double twips);
     void userMoveColumn(std::int32_t column, std::int32_t position);
@@ -126,6 +141,8 @@ private:
     Column& columnOf(std::int32_t column);
     double titleWidth(const Column& column) const;
     GridRange within(GridRange range) const;
+    // Changes which rows are shown, or their order; the current row stays current if it is still shown.
+    void rearrange(const std::function<void()>& change);
 
     std::string format_;
     std::vector<Column> columns_;

@@ -1,10 +1,12 @@
 #include "hostif/grid_rows.h"
 
 #include "hostif/value.h"
+#include "text/bare_letters.h"
 #include "text/blanks.h"
 #include "text/letters.h"
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -38,6 +40,23 @@ SortKey keyOf(const std::string& text, GridOrder order) {
     return {SortKey::Text, 0, text::folded(shown)};
 }
 
+// Whether the word is in a cell of the row, whose cells each end in a line end.
+bool holds(const std::string& row, const FilterWord& word) {
+    const std::size_t found = row.find(word.text);
+    if (word.columns.empty() || found == std::string::npos)
+        return found != std::string::npos;
+    std::size_t start = 0;
+    std::int32_t column = 0;
+    for (const std::int32_t wanted : word.columns) {
+        for (; column < wanted && start < row.size(); ++column)
+            start = row.find('\n', start) + 1;
+        const std::size_t end = row.find('\n', start);
+        if (std::string_view(row).substr(start, end - start).find(word.text) != std::string_view::npos)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 void GridRows::clear() {
@@ -54,7 +73,7 @@ void GridRows::add(std::string_view tabSeparated) {
     const auto row = static_cast<Index>(rows_.size() - 1);
     ordered_.push_back(row);
     shown_.push_back(row);
-    folded_.clear();
+    bare_.clear();
 }
 
 const std::string& GridRows::textOf(Index row, std::int32_t column) const {
@@ -80,15 +99,15 @@ void GridRows::sort(std::int32_t column, GridOrder order, bool ascending) {
     applyFilter();
 }
 
-void GridRows::filter(std::string_view words, std::int32_t columns) {
+void GridRows::restoreOrder() {
+    std::iota(ordered_.begin(), ordered_.end(), Index(0));
+    applyFilter();
+}
+
+void GridRows::filter(std::vector<FilterWord> words, std::int32_t columns) {
     if (std::exchange(searched_, std::size_t(columns)) != std::size_t(columns))
-        folded_.clear();
-    words_.clear();
-    for (std::size_t start = 0; (start = words.find_first_not_of(' ', start)) != std::string_view::npos;) {
-        const std::size_t end = std::min(words.find(' ', start), words.size());
-        words_.push_back(text::folded(words.substr(start, end - start)));
-        start = end;
-    }
+        bare_.clear();
+    words_ = std::move(words);
     applyFilter();
 }
 
@@ -97,17 +116,18 @@ void GridRows::applyFilter() {
         shown_ = ordered_;
         return;
     }
-    if (folded_.empty()) {
-        folded_.resize(rows_.size());
-        for (std::size_t row = 0; row < rows_.size(); ++row)
+    if (bare_.empty()) {
+        bare_.resize(rows_.size());
+        for (std::size_t row = 0; row < rows_.size(); ++row) {
             for (std::size_t column = 0; column < std::min(searched_, rows_[row].size()); ++column)
                 // A line end is in no word, so none is found across two cells.
-                folded_[row].append(text::folded(rows_[row][column])).append(1, '\n');
+                bare_[row].append(text::bareLetters(rows_[row][column])).append(1, '\n');
+            bare_[row].shrink_to_fit();
+        }
     }
     shown_.clear();
     std::ranges::copy_if(ordered_, std::back_inserter(shown_), [&](Index row) {
-        return std::ranges::all_of(
-            words_, [&](const std::string& word) { return folded_[row].find(word) != std::string::npos; });
+        return std::ranges::all_of(words_, [&](const FilterWord& word) { return holds(bare_[row], word); });
     });
 }
 

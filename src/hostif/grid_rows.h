@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostif/grid_filter.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -30,9 +32,10 @@ public:
 
     // Rows whose texts are equal keep their order among each other.
     void sort(std::int32_t column, GridOrder order, bool ascending);
-    // Shows the rows that hold every word of the text in one of the first columns, case left aside; all rows
-    // for no word.
-    void filter(std::string_view words, std::int32_t columns);
+    // Brings the rows into the order in which they were added.
+    void restoreOrder();
+    // Shows the rows that hold every word in the first columns; all rows for no word.
+    void filter(std::vector<FilterWord> words, std::int32_t columns);
     bool isFiltered() const { return !words_.empty(); }
 
 private:
@@ -44,9 +47,11 @@ private:
     std::vector<std::vector<std::string>> rows_; // as they were added
     std::vector<Index> ordered_;                 // all rows, sorted
     std::vector<Index> shown_;                   // those that the filter lets through, sorted
-    std::vector<std::string> words_;             // folded
-    std::vector<std::string> folded_; // each row's texts that are searched; empty until they are needed
-    std::size_t searched_ = 0;        // columns
+    std::vector<FilterWord> words_;
+    // Each row's texts that are searched, in bareLetters(), a line end behind each; empty until they are
+    // needed.
+    std::vector<std::string> bare_;
+    std::size_t searched_ = 0; // columns
 };
 
 } // namespace genutil

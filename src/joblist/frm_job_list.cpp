@@ -45,11 +45,20 @@ frmJobList::frmJobList(Component& owner)
       mnuExportCsv(*this, "mnuExportCsv", "Export CSV…", &mnuRecordMenu),
       mnuBreakView(*this, "mnuBreakView", "-", &mnuRecordMenu),
       mnuFilter(*this, "mnuFilter", "Filter", &mnuRecordMenu, "Ctrl+F"),
+      mnuSort(*this, "mnuSort", "Sort", &mnuRecordMenu),
+      mnuSortUp(*this, "mnuSortUp", "Ascending", &mnuSort, "Ctrl+Up"),
+      mnuSortDown(*this, "mnuSortDown", "Descending", &mnuSort, "Ctrl+Down"),
+      mnuThenUp(*this, "mnuThenUp", "Ascending, then as before", &mnuSort, "Ctrl+Shift+Up"),
+      mnuThenDown(*this, "mnuThenDown", "Descending, then as before", &mnuSort, "Ctrl+Shift+Down"),
       mnuColumns(*this, "mnuColumns", "Columns", &mnuRecordMenu), mnuColumn(columnItems(*this, mnuColumns)),
       mnuBreakColumns(*this, "mnuBreakColumns", "-", &mnuColumns),
       mnuResetColumns(*this, "mnuResetColumns", "Reset Columns", &mnuColumns), pnlFilter(*this, "pnlFilter"),
       lblFilter(*this, "lblFilter", "&Filter:"), txtFilter(*this, "txtFilter"),
       cmdClearFilter(*this, "cmdClearFilter", "Clear"), lblCount(*this, "lblCount", ""),
+      cmdUnread(*this, "cmdUnread", ""), pnlUnread(*this, "pnlUnread"), flxUnread(*this, "flxUnread"),
+      mnuUnreadMenu(*this, "mnuUnreadMenu", "Unread Files"),
+      mnuUnreadCopy(*this, "mnuUnreadCopy", "Copy", &mnuUnreadMenu, "Ctrl+C"),
+      mnuUnreadSelectAll(*this, "mnuUnreadSelectAll", "Select All", &mnuUnreadMenu, "Ctrl+A"),
       pnlReading(*this, "pnlReading"), lblReading(*this, "lblReading", ""), gauReading(*this, "gauReading"),
       cmdStopReading(*this, "cmdStopReading", "&Stop"), discovery_(owner, table) {
     width = designWidth;
@@ -57,8 +66,8 @@ frmJobList::frmJobList(Component& owner)
     cmdExit.width = 1500;
     flxJobList.setFormat(jobColumnsFormat());
 
-    const std::initializer_list<Control*> tabOrder{
-        &flxJobList, &cmdChangeJob, &cmdExit, &txtFilter, &cmdClearFilter, &cmdStopReading};
+    const std::initializer_list<Control*> tabOrder{&flxJobList, &flxUnread, &cmdChangeJob, &cmdUnread,
+        &cmdExit, &txtFilter, &cmdClearFilter, &cmdStopReading};
     int next = 0;
     for (Control* control : tabOrder)
         control->tabIndex = next++;
@@ -69,13 +78,19 @@ frmJobList::frmJobList(Component& owner)
     cmdChangeJob.isDefault = true;
     cmdExit.isCancel = true;
     cmdClearFilter.enabled = false;
-    txtFilter.toolTip = "Shows the jobs that hold every word in some column";
+    txtFilter.toolTip = "Shows the jobs that hold every word in some column. surveyor:smith looks in the "
+                        "column whose title begins so, \"old weir\" for words that stand together";
+    cmdUnread.toolTip = "Shows which files, and why";
+    cmdUnread.visible = false;
+    pnlUnread.visible = false;
+    flxUnread.setFormat("<File|<Reason");
     pnlReading.visible = false;
 
     connectGrid();
     connectButtons();
     connectMenus();
     connectFilter();
+    connectUnread();
     connectWindow();
     openHelpOnF1([this] { return programFolder; });
     followMouse({&cmdChangeJob, &cmdExit, &flxJobList, &txtFilter});
@@ -196,6 +211,8 @@ void frmJobList::ListJobs() {
                 line.append(text).append(1, '\t');
             }
             flxJobList.addRow(line + std::to_string(date.key));
+            if (!currentJobFile.empty() && job[0] == currentJobFile)
+                flxJobList.rowMark = RowMark{row, "The current job"};
         }
         flxJobList.setCurrentCell(1, 0);
     });

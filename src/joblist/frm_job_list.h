@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <utility>
 
 namespace genutil {
 
@@ -35,14 +36,22 @@ public:
     Panel pnlHelp;
     MenuItem mnuRecordMenu, mnuRecordCopy, mnuSelectAll;
     // What users of lists expect beyond the commands above.
-    MenuItem mnuBreakCopy, mnuCopyTitles, mnuExportCsv, mnuBreakView, mnuFilter, mnuColumns;
+    MenuItem mnuBreakCopy, mnuCopyTitles, mnuExportCsv, mnuBreakView, mnuFilter;
+    // Sort by the current column; "then" keeps the order of before among equal texts.
+    MenuItem mnuSort, mnuSortUp, mnuSortDown, mnuThenUp, mnuThenDown;
+    MenuItem mnuColumns;
     std::deque<MenuItem> mnuColumn; // one for each column: ticked while it is shown
     MenuItem mnuBreakColumns, mnuResetColumns;
     Panel pnlFilter;
     Label lblFilter;
     TextBox txtFilter;
     Button cmdClearFilter;
-    Label lblCount; // "23 jobs, 2 files could not be read"
+    Label lblCount;   // "23 jobs"
+    Button cmdUnread; // "2 files could not be read": shows which, and hides them again; seen only where there
+                      // are any
+    Panel pnlUnread;
+    Grid flxUnread; // the files and the reasons
+    MenuItem mnuUnreadMenu, mnuUnreadCopy, mnuUnreadSelectAll;
     // Shown in place of the filter while jobs are being read.
     Panel pnlReading;
     Label lblReading; // "Reading file 120 of 2000"
@@ -67,12 +76,14 @@ public:
     void CopyWithTitles();
     // Writes the jobs that are shown to a file of the user's choice.
     void ExportCsv();
+    void copyUnread();
 
 private:
     void connectGrid();
     void connectButtons();
     void connectMenus();
     void connectFilter();
+    void connectUnread();
     void connectWindow();
 
     void fitGrid();
@@ -85,12 +96,21 @@ private:
 
     void gridPressed(const GridPress& press);
     void sortByCurrentColumn();
+    std::pair<std::int32_t, GridOrder> sortKey(std::int32_t column) const;
+    void sortByKey(bool ascending, bool keepsOrder);
     void gridDoubleClicked();
     void showRecordMenu();
 
+    void showUnread(bool shown);
+    void listUnread();
+    void fitUnread(std::int32_t column);
+    void unreadPressed(const GridPress& press);
+
     void filterJobs();
     void showCount();
-    void fitColumn(std::int32_t column);
+    // Makes the column as wide as its texts, at most so wide.
+    void fitColumn(Grid& grid, std::int32_t column, double most);
+    void fitJobColumn(std::int32_t column) { fitColumn(flxJobList, column, flxJobList.width); }
     void toggleColumn(std::size_t index);
     void resetColumns();
     void showColumnTicks();
@@ -98,16 +118,17 @@ private:
     void rememberColumns();
 
     // The selected cells, rows joined by CR LF and cells by tabs; the titles first when they are wanted.
-    std::string selectedText(bool withTitles) const;
+    std::string selectedText(const Grid& grid, bool withTitles) const;
     // The file of the job that the row shows; "" for the header.
     std::string fileOfRow(std::int32_t row) const;
     std::int32_t dateColumn() const { return std::int32_t(jobColumnCount); }
 
     JobDiscovery discovery_;
-    bool sortAscending_ = true;   // of the last sort by a header
-    std::int32_t clickedRow_ = 0; // of the last press; 0: on the header
-    double dateColumnWidth_ = 0;  // as set up
-    bool setUp_ = false;          // the list is complete, the user acts on it
+    bool unreadAscending_ = false; // of the last sort of the unread files
+    bool sortAscending_ = true;    // of the last sort by a header
+    std::int32_t clickedRow_ = 0;  // of the last press; 0: on the header
+    double dateColumnWidth_ = 0;   // as set up
+    bool setUp_ = false;           // the list is complete, the user acts on it
     bool reading_ = false;
     bool readingStopped_ = false;
     bool leaving_ = false; // the user left while the jobs were being read

@@ -30,7 +30,7 @@ void frmJobList::connectGrid() {
         });
     on(flxJobList.mouseDown, "flxJobList_MouseDown", [this](const GridPress& press) { gridPressed(press); });
     on(flxJobList.doubleClick, "flxJobList_DblClick", [this] { gridDoubleClicked(); });
-    on(flxJobList.fitColumn, "flxJobList_FitColumn", [this](std::int32_t column) { fitColumn(column); });
+    on(flxJobList.fitColumn, "flxJobList_FitColumn", [this](std::int32_t column) { fitJobColumn(column); });
     on(flxJobList.layoutChange, "flxJobList_LayoutChange", [this] {
         columnsChanged_ = true;
         showColumnTicks();
@@ -52,6 +52,10 @@ void frmJobList::connectMenus() {
         txtFilter.setFocus();
         txtFilter.selectAll();
     });
+    on(mnuSortUp.click, "mnuSortUp_Click", [this] { sortByKey(true, false); });
+    on(mnuSortDown.click, "mnuSortDown_Click", [this] { sortByKey(false, false); });
+    on(mnuThenUp.click, "mnuThenUp_Click", [this] { sortByKey(true, true); });
+    on(mnuThenDown.click, "mnuThenDown_Click", [this] { sortByKey(false, true); });
     for (std::size_t i = 0; i < mnuColumn.size(); ++i)
         on(mnuColumn[i].click, mnuColumn[i].name() + "_Click", [this, i] { toggleColumn(i); });
     on(mnuResetColumns.click, "mnuResetColumns_Click", [this] { resetColumns(); });
@@ -76,7 +80,13 @@ void frmJobList::connectFilter() {
 
 void frmJobList::connectWindow() {
     on(keyDown, "Form_KeyDown", [this](KeyEvent& event) {
-        if (event.code != key::A || !event.ctrl || activeControl() == &txtFilter)
+        const bool isInFilter = activeControl() == &txtFilter;
+        if (event.code == key::Escape && pnlUnread.visible &&
+            !(isInFilter && !txtFilter.text.get().empty())) {
+            event.code = 0; // the dialog stays open
+            showUnread(false);
+        }
+        if (event.code != key::A || !event.ctrl || isInFilter || activeControl() == &flxUnread)
             return;
         event.code = 0;
         SelectAll();
@@ -108,12 +118,33 @@ void frmJobList::gridPressed(const GridPress& press) {
 void frmJobList::sortByCurrentColumn() {
     sortAscending_ = !sortAscending_;
     const std::int32_t column = flxJobList.selection().column;
-    const bool byDate = column == jobcolumn::CreateDate - 1;
     // The clicked column stays current, so that typing and copying go on in what the user sees.
-    flxJobList.sort(
-        byDate ? dateColumn() : column, byDate ? GridOrder::Numeric : GridOrder::Generic, sortAscending_);
+    const auto [key, order] = sortKey(column);
+    flxJobList.sort(key, order, sortAscending_);
     flxJobList.sortMark = SortMark{column, sortAscending_};
+    flxJobList.secondSortMark = SortMark{};
     flxJobList.topRow = 1;
+}
+
+// Leaves the turn of the header's clicks as it is.
+void frmJobList::sortByKey(bool ascending, bool keepsOrder) {
+    const std::int32_t column = flxJobList.selection().column;
+    if (column == dateColumn())
+        return;
+    const auto [key, order] = sortKey(column);
+    flxJobList.sortInPlace(key, order, ascending, keepsOrder);
+    const SortMark earlier = flxJobList.sortMark;
+    if (!keepsOrder)
+        flxJobList.secondSortMark = SortMark{};
+    else if (earlier.column != column)
+        flxJobList.secondSortMark = earlier;
+    flxJobList.sortMark = SortMark{column, ascending};
+}
+
+// The column by which the rows are sorted for this one, and how.
+std::pair<std::int32_t, GridOrder> frmJobList::sortKey(std::int32_t column) const {
+    const bool byDate = column == jobcolumn::CreateDate - 1;
+    return {byDate ? dateColumn() : column, byDate ? GridOrder::Numeric : GridOrder::Generic};
 }
 
 // Asks whenever the row is not the current job's: the click before has made it thisJob's already.
@@ -149,25 +180,25 @@ void frmJobList::SelectAll() {
 
 void frmJobList::ClipboardCopyCut() {
     run("ClipboardCopyCut", [&] {
-        const std::string text = selectedText(false);
+        const std::string text = selectedText(flxJobList, false);
         component().desktop().clipboard().clear();
         component().desktop().clipboard().setText(text);
     });
 }
 
 void frmJobList::CopyWithTitles() {
-    run("CopyWithTitles", [&] { component().desktop().clipboard().setText(selectedText(true)); });
+    run("CopyWithTitles", [&] { component().desktop().clipboard().setText(selectedText(flxJobList, true)); });
 }
 
-std::string frmJobList::selectedText(bool withTitles) const {
-    const GridRange& selected = flxJobList.selection();
-    std::vector<std::int32_t> columns = flxJobList.columnsBetween(selected.column, selected.endColumn);
+std::string frmJobList::selectedText(const Grid& grid, bool withTitles) const {
+    const GridRange& selected = grid.selection();
+    std::vector<std::int32_t> columns = grid.columnsBetween(selected.column, selected.endColumn);
     std::erase(columns, dateColumn());
     const auto [first, last] = std::minmax(selected.row, selected.endRow);
     std::string text;
     const auto append = [&](std::int32_t row) {
         for (const std::int32_t column : columns)
-            text.append(column == columns.front() ? "" : "\t").append(flxJobList.text(row, column));
+            text.append(column == columns.front() ? "" : "\t").append(grid.text(row, column));
     };
     if (withTitles && first > 0) {
         append(0);
@@ -189,15 +220,15 @@ void frmJobList::ExportCsv() {
             .fileName = "jobs.csv"};
         if (!component().desktop().showSave(*this, dialog))
             return;
-        std::vector<const JobRow*> rows;
+        std::vector<ListedJob> jobs;
         for (std::int32_t row = 1; row < flxJobList.rowCount(); ++row)
-            rows.push_back(&table.jobList.at(std::size_t(flxJobList.rowNumber(row)) - 1));
+            jobs.push_back({&table.jobList.at(std::size_t(flxJobList.rowNumber(row)) - 1), {}});
         std::vector<std::int32_t> columns;
         const std::int32_t last = flxJobList.columnAt(flxJobList.columnCount() - 1);
         for (const std::int32_t column : flxJobList.columnsBetween(flxJobList.columnAt(0), last))
             if (column != dateColumn())
                 columns.push_back(column + 1);
-        const std::string text = writeJobs(JobFormat::CommaSeparated, rows, columns);
+        const std::string text = writeJobs(JobFormat::CommaSeparated, jobs, columns);
         // Spreadsheets take a file without the mark for one in the system's old code page.
         component().files().saveFile(dialog.fileName, [&](const text::ByteSink& sink) {
             sink("\xEF\xBB\xBF");
@@ -221,21 +252,21 @@ void frmJobList::showCount() {
     const auto all = std::size_t(table.jobCount);
     std::string text = flxJobList.rows().isFiltered() ? std::to_string(shown) + " of " : "";
     text += counted(all, "job");
-    if (const std::size_t failed = discovery_.failedCount(); failed > 0)
-        text += ", " + counted(failed, "file") + " could not be read";
     if (const std::size_t unread = discovery_.leftCount(); unread > 0)
         text += ", stopped before " + counted(unread, "file");
     lblCount.caption = text;
+    if (const std::size_t failed = discovery_.unreadFiles().size(); failed > 0)
+        cmdUnread.caption = counted(failed, "file") + " could not be &read";
+    cmdUnread.visible = !discovery_.unreadFiles().empty();
 }
 
 // ---- columns
 
-void frmJobList::fitColumn(std::int32_t column) {
-    double widest = component().desktop().textWidth(font, flxJobList.text(0, column));
-    for (std::int32_t row = 1; row < flxJobList.rowCount(); ++row)
-        widest = std::max(widest,
-            textWidthUpTo(component().desktop(), font, flxJobList.text(row, column), flxJobList.width));
-    flxJobList.setColumnWidth(column, std::min(widest, flxJobList.width.get()));
+void frmJobList::fitColumn(Grid& grid, std::int32_t column, double most) {
+    double widest = component().desktop().textWidth(font, grid.text(0, column));
+    for (std::int32_t row = 1; row < grid.rowCount(); ++row)
+        widest = std::max(widest, textWidthUpTo(component().desktop(), font, grid.text(row, column), most));
+    grid.setColumnWidth(column, std::min(widest, most));
 }
 
 void frmJobList::toggleColumn(std::size_t index) {
@@ -253,7 +284,7 @@ void frmJobList::resetColumns() {
     for (std::int32_t column = 0; column < dateColumn(); ++column) {
         flxJobList.setColumnHidden(column, false);
         flxJobList.moveColumn(column, column);
-        fitColumn(column);
+        fitJobColumn(column);
     }
     flxJobList.layoutChange();
 }

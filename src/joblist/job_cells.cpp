@@ -7,6 +7,7 @@
 #include "text/blanks.h"
 #include "text/utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -32,6 +33,11 @@ std::optional<ShownDate> tryShownDate(const std::string& text) {
     if (const auto date = readDate(part))
         return ShownDate{dateText(*date), dayNumber(*date)};
     return std::nullopt;
+}
+
+std::string digits(int number, std::size_t count) {
+    const std::string text = std::to_string(number);
+    return std::string(count - std::min(count, text.size()), '0') + text;
 }
 
 } // namespace
@@ -78,6 +84,12 @@ std::string fullText(const JobRow& job, std::int32_t column) {
         if (const auto date = tryShownDate(text); date && !date->text.empty())
             return date->text;
     return text::trimBlanks(text);
+}
+
+std::string isoDateText(const JobRow& job) {
+    const auto date = readDate(datePart(stored(job, jobcolumn::CreateDate)));
+    return date ? digits(date->year, 4) + '-' + digits(date->month, 2) + '-' + digits(date->day, 2)
+                : fullText(job, jobcolumn::CreateDate);
 }
 
 std::int32_t dateKey(const JobRow& job) {

@@ -39,6 +39,8 @@ std::string limitedText(const std::string& text, std::int32_t limit);
 // The text of a column in full, as it is written outside of the list: a date that cannot be read stays as it
 // is stored.
 std::string fullText(const JobRow& job, std::int32_t column);
+// The creation date as "2026-11-17"; as fullText() has it where it cannot be read.
+std::string isoDateText(const JobRow& job);
 std::int32_t dateKey(const JobRow& job);
 
 } // namespace genutil

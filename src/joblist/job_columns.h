@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -45,6 +46,12 @@ struct JobColumn {
 };
 
 std::span<const JobColumn, jobColumnCount> jobColumns();
+
+// What the list as text has behind those columns: facts of the job's file. Numbers go on counting.
+namespace jobcolumn {
+inline constexpr std::int32_t FileSize = std::int32_t(jobColumnCount) + 1;
+inline constexpr std::int32_t FileChanged = FileSize + 1;
+} // namespace jobcolumn
 
 // Alignments and titles in the notation of a grid's format string: "<Job|^Create Date|...".
 std::string jobColumnsFormat();

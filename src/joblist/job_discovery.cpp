@@ -27,6 +27,18 @@ std::string sourceOf(const Error& error, const std::string& file) {
     }
 }
 
+// The reason beside the file's name: the path, which the window's title tells, is left out.
+std::string reasonForUser(std::string reason, const std::string& jobPath, const std::string& file) {
+    const std::string path = "'" + jobPath + file + "'";
+    if (reason.starts_with(path + ": "))
+        return reason.substr(path.size() + 2);
+    if (reason.starts_with(path))
+        return "The file" + reason.substr(path.size());
+    if (const std::size_t at = reason.find(path); at != std::string::npos)
+        reason.erase(at + 1, jobPath.size());
+    return reason;
+}
+
 } // namespace
 
 void JobDiscovery::CompileListOfJobs() {
@@ -91,7 +103,8 @@ void JobDiscovery::addFile(const std::string& jobPath, const std::string& file) 
         const Error error = toError(std::current_exception());
         if (counted)
             table_.dropJob();
-        ++failed_;
+        unread_.push_back(
+            {name + extension, reasonForUser(reasonOfCurrentError(), jobPath, name + extension)});
         component_.errHandler().ReportEventError(error.description(), sourceOf(error, name + extension));
     }
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "joblist/job_table.h"
+#include "joblist/unread_file.h"
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace genutil {
 
@@ -27,7 +29,7 @@ public:
     // The same without a word to the user.
     void readFolder();
 
-    std::size_t failedCount() const { return failed_; } // files that could not be read
+    const std::vector<UnreadFile>& unreadFiles() const { return unread_; } // in the order of the reading
     // Files that were left when the reading was ended early; 0: it was not.
     std::size_t leftCount() const { return left_; }
 
@@ -44,7 +46,7 @@ private:
     JobTable& table_;
     DatabaseEngine* engine_ = nullptr; // of the reading that goes on
     std::string currentFile_;          // in upper case
-    std::size_t failed_ = 0;
+    std::vector<UnreadFile> unread_;
     std::size_t left_ = 0;
 };
 

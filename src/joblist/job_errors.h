@@ -14,10 +14,45 @@ inline std::string jobListName(std::string_view procedureName) {
     return std::string("(Form) Joblist::Sub ").append(procedureName);
 }
 
+// An error that has passed out of a procedure, with what was said of it where it began: on its way it keeps
+// its number's own words only.
+class ReportedError : public Error {
+public:
+    ReportedError(const Error& error, std::string reason) : Error(error), reason_(std::move(reason)) {}
+    const std::string& reason() const { return reason_; }
+
+private:
+    std::string reason_;
+};
+
+// What was said of the exception being handled where it began.
+inline std::string reasonOfCurrentError() {
+    try {
+        throw;
+    } catch (const ReportedError& error) {
+        return error.reason();
+    } catch (...) {
+        return toError(std::current_exception()).description();
+    }
+}
+
 template<class Body>
 void jobListProcedure(Component& component, std::string_view procedureName, Body&& body) {
-    procedure(
-        component, [&] { return jobListName(procedureName); }, std::forward<Body>(body));
+    std::string reason;
+    try {
+        procedure(
+            component, [&] { return jobListName(procedureName); },
+            [&] {
+                try {
+                    body();
+                } catch (...) {
+                    reason = reasonOfCurrentError();
+                    throw;
+                }
+            });
+    } catch (const Error& error) {
+        throw ReportedError(error, std::move(reason));
+    }
 }
 
 // Runs one step. A field or table that this job database does not have ends the step and nothing else: older

@@ -95,6 +95,13 @@ void tidyStoredText(Component& component, const JobField& field, Record& record)
         record.put(property, tidy);
 }
 
+// What an error says beyond its number's standard description.
+std::string ownWords(const Error& error) {
+    const std::string standard = standardDescription(error.number()) + ": ";
+    const std::string description = error.description();
+    return description.starts_with(standard) ? description.substr(standard.size()) : description;
+}
+
 void readField(Component& component, const JobField& field, Recordset& rset, Record& record) {
     skippingMissingItems([&] {
         const Value value = rset.field(field.name());
@@ -105,7 +112,7 @@ void readField(Component& component, const JobField& field, Recordset& rset, Rec
                 },
                 field.member);
         } catch (const Error& error) {
-            throw Error(error.number(), "Field '" + std::string(field.name()) + "': " + error.description());
+            throw Error(error.number(), "Field '" + std::string(field.name()) + "': " + ownWords(error));
         }
     });
     if (field.rule == NormalisedName || field.rule == StarMeansNothing)

@@ -2,9 +2,11 @@
 
 #include "frame/loader.h"
 #include "joblist/job_table.h"
+#include "joblist/job_text.h"
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace genutil {
 
@@ -17,12 +19,21 @@ public:
     // passed over. `prog` may be null. Answers with the number of jobs.
     std::int32_t ReadFolder(const std::string& folder, const RecordPtr& prog);
 
+    struct Options {
+        bool allColumns = false;  // or only the main ones
+        bool fileColumns = false; // size of each file, and when it was changed
+        bool isoDates = false;    // "2026-11-17" instead of the user's way
+    };
+
     // What was read, in a format of jobFormatNamed(). `sortColumn` is a column's title, led by "-" for the
-    // reverse order; "" for the order of the names.
-    std::string Write(const std::string& format, const std::string& sortColumn, bool allColumns);
+    // reverse order; "" for the order of the names. The files are asked for their size and time here.
+    std::string Write(const std::string& format, const std::string& sortColumn, const Options& options);
 
 private:
+    std::vector<ListedJob> ordered(const std::string& sortColumn, bool withFiles) const;
+
     JobTable table_;
+    std::string folder_; // whose jobs they are
 };
 
 } // namespace genutil

@@ -5,6 +5,7 @@
 #include "joblist/job_cells.h"
 #include "text/ascii.h"
 #include "text/character_width.h"
+#include "text/size_text.h"
 #include "text/utf8.h"
 
 #include <algorithm>
@@ -18,9 +19,39 @@ namespace {
 
 constexpr std::size_t widestTableColumn = 40; // characters; a description can be a book
 
-const JobColumn& columnOf(std::int32_t column) {
-    return jobColumns()[std::size_t(column) - 1];
+// How a column is written.
+struct Heading {
+    const char* title;
+    ColumnAlignment alignment;
+    ColumnContent content;
+};
+
+constexpr Heading fileHeadings[] = {{"Size", ColumnAlignment::Right, ColumnContent::Number},
+    {"Modified", ColumnAlignment::Left, ColumnContent::Text}};
+
+Heading columnOf(std::int32_t column) {
+    if (column >= jobcolumn::FileSize)
+        return fileHeadings[column - jobcolumn::FileSize];
+    const JobColumn& ofJob = jobColumns()[std::size_t(column) - 1];
+    return {ofJob.title, ofJob.alignment, ofJob.content};
 }
+
+// The texts of cells in one of the ways of writing them.
+struct CellTexts {
+    DateStyle dates = DateStyle::User;
+    bool forReading = false;
+
+    std::string operator()(const ListedJob& job, std::int32_t column) const {
+        if (column < jobcolumn::FileSize)
+            return column == jobcolumn::CreateDate && dates == DateStyle::Iso ? isoDateText(*job.row)
+                                                                              : fullText(*job.row, column);
+        if (!job.file)
+            return {};
+        if (column == jobcolumn::FileSize)
+            return forReading ? text::sizeText(job.file->size) : std::to_string(job.file->size);
+        return forReading ? localMoment(job.file->changed) : isoMoment(job.file->changed);
+    }
+};
 
 // The number in a column of numbers; nothing for a text.
 std::optional<double> numberIn(std::int32_t column, const std::string& text) {
@@ -53,12 +84,12 @@ void writeLine(std::string& out, const std::vector<std::int32_t>& columns, char 
     out += '\n';
 }
 
-std::string writeSeparated(
-    const std::vector<const JobRow*>& rows, const std::vector<std::int32_t>& columns, char separator) {
+std::string writeSeparated(const std::vector<ListedJob>& jobs, const std::vector<std::int32_t>& columns,
+    char separator, const CellTexts& textOf) {
     std::string out;
     writeLine(out, columns, separator, [](std::int32_t column) { return columnOf(column).title; });
-    for (const JobRow* row : rows)
-        writeLine(out, columns, separator, [&](std::int32_t column) { return fullText(*row, column); });
+    for (const ListedJob& job : jobs)
+        writeLine(out, columns, separator, [&](std::int32_t column) { return textOf(job, column); });
     return out;
 }
 
@@ -87,15 +118,16 @@ std::string jsonNumber(double number) {
     return fault == std::errc() ? std::string(digits.data(), end) : "null";
 }
 
-std::string writeJson(const std::vector<const JobRow*>& rows, const std::vector<std::int32_t>& columns) {
+std::string writeJson(
+    const std::vector<ListedJob>& jobs, const std::vector<std::int32_t>& columns, const CellTexts& textOf) {
     std::string out = "[";
-    for (const JobRow* row : rows) {
-        out += row == rows.front() ? "\n  {" : ",\n  {";
+    for (const ListedJob& job : jobs) {
+        out += &job == &jobs.front() ? "\n  {" : ",\n  {";
         for (const std::int32_t column : columns) {
             out += column == columns.front() ? "" : ", ";
             appendJsonText(out, columnOf(column).title);
             out += ": ";
-            const std::string text = fullText(*row, column);
+            const std::string text = textOf(job, column);
             if (const auto number = numberIn(column, text))
                 out += jsonNumber(*number);
             else
@@ -103,7 +135,7 @@ std::string writeJson(const std::vector<const JobRow*>& rows, const std::vector<
         }
         out += '}';
     }
-    return out + (rows.empty() ? "]\n" : "\n]\n");
+    return out + (jobs.empty() ? "]\n" : "\n]\n");
 }
 
 // ---- table
@@ -135,13 +167,14 @@ std::string padded(const std::string& cell, std::size_t width, ColumnAlignment a
     return std::string(left, ' ') + cell + std::string(missing - left, ' ');
 }
 
-std::string writeTable(const std::vector<const JobRow*>& rows, const std::vector<std::int32_t>& columns) {
-    std::vector<std::vector<std::string>> lines(rows.size() + 1);
+std::string writeTable(
+    const std::vector<ListedJob>& jobs, const std::vector<std::int32_t>& columns, const CellTexts& textOf) {
+    std::vector<std::vector<std::string>> lines(jobs.size() + 1);
     std::vector<std::size_t> widths;
     for (const std::int32_t column : columns) {
         lines[0].push_back(columnOf(column).title);
-        for (std::size_t i = 0; i < rows.size(); ++i)
-            lines[i + 1].push_back(tableCell(fullText(*rows[i], column)));
+        for (std::size_t i = 0; i < jobs.size(); ++i)
+            lines[i + 1].push_back(tableCell(textOf(jobs[i], column)));
         std::size_t widest = 0;
         for (const auto& line : lines)
             widest = std::max(widest, text::columnsOf(line.back()));
@@ -173,31 +206,35 @@ JobFormat jobFormatNamed(std::string_view name) {
         "There is no format '" + std::string(name) + "': it must be table, tsv, csv or json");
 }
 
-std::string writeJobs(
-    JobFormat format, const std::vector<const JobRow*>& rows, const std::vector<std::int32_t>& columns) {
+std::string writeJobs(JobFormat format, const std::vector<ListedJob>& jobs,
+    const std::vector<std::int32_t>& columns, DateStyle dates) {
+    const CellTexts textOf{dates, format == JobFormat::Table};
     switch (format) {
     case JobFormat::TabSeparated:
-        return writeSeparated(rows, columns, '\t');
+        return writeSeparated(jobs, columns, '\t', textOf);
     case JobFormat::CommaSeparated:
-        return writeSeparated(rows, columns, ',');
+        return writeSeparated(jobs, columns, ',', textOf);
     case JobFormat::Json:
-        return writeJson(rows, columns);
+        return writeJson(jobs, columns, textOf);
     default:
-        return writeTable(rows, columns);
+        return writeTable(jobs, columns, textOf);
     }
 }
 
-std::vector<std::int32_t> jobColumnNumbers(bool all) {
+std::vector<std::int32_t> jobColumnNumbers(bool all, bool ofFiles) {
     std::vector<std::int32_t> columns(jobColumnCount);
     std::iota(columns.begin(), columns.end(), 1);
     if (!all)
-        std::erase_if(columns, [](std::int32_t column) { return columnOf(column).use != ColumnUse::Main; });
+        std::erase_if(columns,
+            [](std::int32_t column) { return jobColumns()[std::size_t(column) - 1].use != ColumnUse::Main; });
+    if (ofFiles)
+        columns.insert(columns.end(), {jobcolumn::FileSize, jobcolumn::FileChanged});
     return columns;
 }
 
 std::int32_t jobColumnNamed(std::string_view title) {
     std::string titles;
-    for (const std::int32_t column : jobColumnNumbers(true)) {
+    for (const std::int32_t column : jobColumnNumbers(true, true)) {
         if (text::equalsIgnoringCase(columnOf(column).title, title))
             return column;
         titles.append(titles.empty() ? "" : ", ").append(columnOf(column).title);

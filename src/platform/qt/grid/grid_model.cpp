@@ -41,11 +41,18 @@ const std::string& GridModel::text(const QModelIndex& cell) const {
     return grid_ && cell.row() + 1 < grid_->rowCount() ? grid_->text(cell.row() + 1, cell.column()) : none;
 }
 
+bool GridModel::isMarked(const QModelIndex& cell) const {
+    return grid_ && cell.row() + 1 < grid_->rowCount() && grid_->rowMark.get().number > 0 &&
+           grid_->rowNumber(cell.row() + 1) == grid_->rowMark.get().number;
+}
+
 QVariant GridModel::data(const QModelIndex& cell, int role) const {
     if (!checkIndex(cell, CheckIndexOption::IndexIsValid))
         return {};
     if (role == Qt::DisplayRole)
         return QString::fromStdString(text(cell));
+    if (role == Qt::AccessibleDescriptionRole && isMarked(cell))
+        return QString::fromStdString(grid_->rowMark.get().text);
     if (role == Qt::TextAlignmentRole && grid_ && cell.column() < grid_->columnCount())
         return int(toQt(grid_->column(cell.column()).alignment));
     return {};
@@ -59,6 +66,12 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
         return QString::fromStdString(column.title);
     if (role == Qt::TextAlignmentRole)
         return int(toQt(column.alignment));
+    // What the marks above the titles say.
+    if (role == Qt::AccessibleDescriptionRole)
+        for (const SortMark& mark : {grid_->sortMark.get(), grid_->secondSortMark.get()})
+            if (mark.column == section)
+                return mark.ascending ? QStringLiteral("sorted in ascending order")
+                                      : QStringLiteral("sorted in descending order");
     // A title that is cut.
     if (role == Qt::ToolTipRole &&
         grid_->form().desktop().textWidth(grid_->font, column.title) > column.width)

@@ -20,6 +20,9 @@ public:
     // "" for a cell that the grid does not have any more.
     const std::string& text(const QModelIndex& cell) const;
 
+    // Whether the cell's row is the one that stands out.
+    bool isMarked(const QModelIndex& cell) const;
+
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : rows_; }
     int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : columns_; }
     QVariant data(const QModelIndex& cell, int role) const override;

@@ -123,7 +123,7 @@ void GridView::refresh() {
     if (items) {
         model_->catchUp();
         showColumns();
-        header_->setSortMark(grid_->sortMark);
+        header_->setSortMarks(grid_->sortMark, grid_->secondSortMark);
         executeDelayedItemsLayout();
         updateGeometries();
     }

@@ -10,6 +10,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <utility>
 
 namespace genutil {
 namespace {
@@ -75,6 +76,24 @@ void paintLine(QPainter& painter, const CellLine& line, const QRectF& place, con
     }
 }
 
+// A bar at the cell's left edge, in the margin that no text needs: it is seen in one colour, too.
+void paintRowMark(QPainter& painter, const QRect& cell, const QColor& ink) {
+    constexpr int width = 2;
+    painter.fillRect(QRect(cell.left() + 1, cell.top() + 2, width, cell.height() - 4), ink);
+}
+
+// Cells of the row that stands out are bold where there is room.
+std::pair<CellLine, QFont> layOutMarked(
+    std::string_view text, const QFont& font, double width, bool isMarked) {
+    if (isMarked) {
+        QFont bold = font;
+        bold.setBold(true);
+        if (CellLine line = layOutCell(text, QFontMetricsF(bold), width); !line.isCut)
+            return {std::move(line), bold};
+    }
+    return {layOutCell(text, QFontMetricsF(font), width), font};
+}
+
 } // namespace
 
 CellLine layOutCell(std::string_view text, const QFontMetricsF& metrics, double width) {
@@ -136,13 +155,16 @@ void GridCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
     painter->fillRect(option.rect, ink.paper);
 
     const QRectF place = QRectF(option.rect).adjusted(margin, 0, -margin, 0);
-    const CellLine line = layOutCell(model_.text(index), QFontMetricsF(option.font), place.width());
+    const bool isMarked = model_.isMarked(index);
+    const auto [line, font] = layOutMarked(model_.text(index), option.font, place.width(), isMarked);
     const Alignment alignment = grid_->column(index.column()).alignment;
     const double free = std::max(0.0, place.width() - line.width);
     const double before = alignment == Alignment::Left ? 0 : alignment == Alignment::Right ? free : free / 2;
-    painter->setFont(option.font);
+    painter->setFont(font);
     paintLine(*painter, line, place.adjusted(before, 0, margin, 0), ink);
 
+    if (isMarked)
+        paintRowMark(*painter, option.rect, ink.text);
     if (isCurrentRow && selection.column == index.column() && isActive) {
         painter->setPen(ink.text);
         painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
@@ -157,6 +179,9 @@ bool GridCells::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QSty
     const double room = view->visualRect(index).width() - 2 * margin;
     if (index.isValid() && layOutCell(text, QFontMetricsF(view->font()), room).isCut)
         QToolTip::showText(event->globalPos(), cellToolTip(text), view->viewport(), view->visualRect(index));
+    else if (model_.isMarked(index))
+        QToolTip::showText(event->globalPos(), cellToolTip(grid_->rowMark.get().text), view->viewport(),
+            view->visualRect(index));
     else
         QToolTip::hideText();
     return true;

@@ -29,9 +29,9 @@ GridHeader::GridHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     });
 }
 
-void GridHeader::setSortMark(const SortMark& mark) {
-    if (mark == std::exchange(mark_, mark))
-        return;
+void GridHeader::setSortMarks(const SortMark& mark, const SortMark& second) {
+    mark_ = mark;
+    second_ = second;
     viewport()->update();
 }
 
@@ -84,19 +84,24 @@ void GridHeader::paintSection(QPainter* painter, const QRect& place, int section
     option.text = fontMetrics().elidedText(
         model()->headerData(section, Qt::Horizontal).toString(), Qt::ElideRight, option.rect.width());
     style()->drawControl(QStyle::CE_HeaderLabel, &option, painter, this);
-    if (section != mark_.column)
-        return;
-    // Above the title, so that no title is cut for it.
+    if (section == mark_.column)
+        paintMark(*painter, place, mark_.ascending, false);
+    else if (section == second_.column)
+        paintMark(*painter, place, second_.ascending, true);
+}
+
+// Above the title, so that no title is cut for it.
+void GridHeader::paintMark(QPainter& painter, const QRect& place, bool isUp, bool isHollow) const {
     const double middle = place.center().x() + 0.5;
-    const double point = place.top() + (mark_.ascending ? 1 : 1 + markHeight);
-    const double base = place.top() + (mark_.ascending ? 1 + markHeight : 1);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(palette().color(QPalette::ButtonText));
-    painter->drawPolygon(
-        QPolygonF{{middle - markHeight, base}, {middle + markHeight, base}, {middle, point}});
-    painter->restore();
+    const double point = place.top() + (isUp ? 1 : 1 + markHeight);
+    const double base = place.top() + (isUp ? 1 + markHeight : 1);
+    const QColor ink = palette().color(QPalette::ButtonText);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(isHollow ? QPen(ink) : QPen(Qt::NoPen));
+    painter.setBrush(isHollow ? QBrush(Qt::NoBrush) : QBrush(ink));
+    painter.drawPolygon(QPolygonF{{middle - markHeight, base}, {middle + markHeight, base}, {middle, point}});
+    painter.restore();
 }
 
 } // namespace genutil

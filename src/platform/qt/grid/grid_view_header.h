@@ -9,13 +9,13 @@
 
 namespace genutil {
 
-// The titles of a grid: columns can be moved and resized, and a mark in one of them shows the order of the
-// rows.
+// The titles of a grid: columns can be moved and resized. A mark in one of them shows the order of the rows,
+// a hollow one that among rows with equal texts.
 class GridHeader : public QHeaderView {
 public:
     explicit GridHeader(QWidget* parent);
 
-    void setSortMark(const SortMark& mark);
+    void setSortMarks(const SortMark& mark, const SortMark& second);
     // The user holds a title or a border: columns should stay as they are.
     bool isHeld() const { return held_; }
 
@@ -33,7 +33,9 @@ protected:
     void paintSection(QPainter* painter, const QRect& place, int section) const override;
 
 private:
-    SortMark mark_;
+    void paintMark(QPainter& painter, const QRect& place, bool isUp, bool isHollow) const;
+
+    SortMark mark_, second_;
     bool held_ = false;
     std::optional<int> resizedSection_;
 };

@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QSplitter>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 #include <QToolTip>
@@ -79,7 +80,7 @@ QFrame* makeFilter(QWidget* parent, frmJobList& form) {
     auto* label = add(row, new QLabel(row), form.lblFilter);
     auto* field = new QLineEdit(row);
     field->setAccessibleName(QStringLiteral("Filter"));
-    field->setPlaceholderText(QStringLiteral("Words in any column"));
+    field->setPlaceholderText(QStringLiteral("Words in any column, or surveyor:smith"));
     label->setBuddy(add(row, field, form.txtFilter, 1));
     add(row, new QPushButton(row), form.cmdClearFilter);
     return row;
@@ -105,10 +106,13 @@ QLayout* makeButtons(QWidget* parent, frmJobList& form) {
     bind(static_cast<QPushButton*>(change), form.cmdChangeJob);
     bind(count, form.lblCount);
     bind(exit, form.cmdExit);
+    auto* unread = new QPushButton(parent);
+    bind(unread, form.cmdUnread);
     count->setAlignment(Qt::AlignCenter);
     count->setWordWrap(true);
     row->addWidget(change);
     row->addWidget(count, 1);
+    row->addWidget(unread);
     row->addWidget(exit);
     return row;
 }
@@ -117,12 +121,28 @@ QLayout* makeButtons(QWidget* parent, frmJobList& form) {
 // whole window.
 void takeKeys(QWidget* grid, QWidget* window, QMenu* menu, const QString& forWindow) {
     for (QAction* action : menu->actions()) {
+        if (action->menu())
+            takeKeys(grid, window, action->menu(), forWindow);
         if (action->shortcuts().isEmpty())
             continue;
         const bool wide = action->objectName() == forWindow;
         action->setShortcutContext(wide ? Qt::WindowShortcut : Qt::WidgetWithChildrenShortcut);
         (wide ? window : grid)->addAction(action);
     }
+}
+
+// Below the jobs, where the reasons have the window's width.
+QFrame* makeUnread(FormWindow* window, frmJobList& form) {
+    auto* frame = new QFrame(window);
+    bind(frame, form.pnlUnread);
+    auto* list = new GridView(frame);
+    list->setAccessibleName(QStringLiteral("Files that could not be read"));
+    bind(list, form.flxUnread);
+    takeKeys(list, window, makePopUpMenu(window, form.mnuUnreadMenu), {});
+    auto* row = new QVBoxLayout(frame);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(list);
+    return frame;
 }
 
 } // namespace
@@ -135,12 +155,19 @@ JobListWindow::JobListWindow(const std::shared_ptr<frmJobList>& form) : FormWind
     takeKeys(
         grid, this, makePopUpMenu(this, form->mnuRecordMenu), QString::fromStdString(form->mnuFilter.name()));
 
+    auto* parts = new QSplitter(Qt::Vertical, contents());
+    parts->setChildrenCollapsible(false);
+    parts->addWidget(grid);
+    parts->addWidget(makeUnread(this, *form));
+    parts->setStretchFactor(0, 2);
+    parts->setStretchFactor(1, 1);
+
     auto* column = new QVBoxLayout(contents());
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(makeReading(contents(), *form));
     column->addWidget(makeFilter(contents(), *form));
-    column->addWidget(grid, 1);
+    column->addWidget(parts, 1);
     column->addLayout(makeButtons(contents(), *form));
     auto* help = new QFrame(contents());
     column->addWidget(help);
