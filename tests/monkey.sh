@@ -70,10 +70,13 @@ fetch_back() {
         do_x search --onlyvisible --class kestal windowactivate
 }
 
+# By the shell's own list: the number of a program that has ended may be another's by now.
+runs_on() { jobs -pr | grep -qx "$program"; }
+
 # Leaves what is open, a question at a time. False when the program stays.
 leave() {
     for _ in $(seq "${PATIENCE:-100}"); do
-        kill -0 "$program" 2>/dev/null || return 0
+        runs_on || return 0
         fetch_back
         do_x key "$(pick leaving)"
         sleep 0.25
@@ -109,7 +112,7 @@ run() {
         sleep 0.1
     done
     for _ in $(seq "${EVENTS:-60}"); do
-        kill -0 "$program" 2>/dev/null || break
+        runs_on || break
         act
     done
     if leave; then

@@ -12,8 +12,9 @@ cleanup() {
 }
 trap cleanup EXIT
 
-# The server picks a free display number and writes it.
-Xvfb -displayfd 3 -screen 0 "${SCREEN:-1280x1024}x24" -dpi 96 -nolisten tcp 3>"$folder/number" 2>"$folder/log" &
+# The server picks a free display number and writes it. It does not start anew when the first client leaves, which would
+# shut the next one out that comes in that moment.
+Xvfb -noreset -displayfd 3 -screen 0 "${SCREEN:-1280x1024}x24" -dpi 96 -nolisten tcp 3>"$folder/number" 2>"$folder/log" &
 screen=$!
 for _ in $(seq 100); do
     [ -s "$folder/number" ] && break
@@ -31,4 +32,5 @@ for _ in $(seq 100); do
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
     sleep 0.1
 done
+kill -0 "$manager" 2>/dev/null || { cat "$folder/log" >&2; echo "No window manager" >&2; exit 1; }
 "$@"
