@@ -74,6 +74,15 @@ TEST_F(JobsCommand, WritesTheJobsInEachFormatAndNamesWhatItCannotRead) {
     EXPECT_EQ(jobs[1].toObject()["Points"].toDouble(-1), 0);
 }
 
+TEST_F(JobsCommand, KeepsWhatItReadInTheCacheFolderUnlessTheSettingsRefuse) {
+    const QString kept = "test -s .cache/k_genutil/jobs.sqlite", list = "\"$kestal\" jobs -- \"$1\" >&2; ";
+    EXPECT_EQ(run(list + kept).exitCode, 0);
+    const QString refuse =
+        "printf '[Kestal]\nKeepJobSummaries=False' >refuse.ini; KESTAL_SETTINGS=refuse.ini ";
+    EXPECT_EQ(run(refuse + list + kept).exitCode, 1) << "what was kept is still there";
+    EXPECT_EQ(run(list + kept).exitCode, 0);
+}
+
 TEST_F(JobsCommand, EndsWithTheCodeOfItsOutcome) {
     struct Case {
         const char* shell;

@@ -173,7 +173,7 @@ int runCommand(const CommandLine& line) {
     HostPaths paths = HostPaths::standard();
     // A tour begins with the settings of a fresh installation and leaves the user's alone.
     QTemporaryDir scratch;
-    if (!line.command->needsUser())
+    if (line.command->screen == Screen::Usable)
         paths.settings = scratch.filePath("kestal.ini");
     const auto host = std::make_shared<Host>(paths);
     host->attended = line.command->needsUser() && !line.showsNothing();
